@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Configures (once) and builds one preset: dev (default) or asan.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset="${1:-dev}"
+if [ ! -f "build/$preset/build.ninja" ]; then
+  cmake --preset "$preset"
+fi
+cmake --build --preset "$preset"

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QStringList>
+
+// Each command takes the arguments after its name and answers the exit status.
+// Results go to standard output, messages to standard error.
+int convertCommand(const QStringList &args);

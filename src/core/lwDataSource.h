@@ -1,0 +1,148 @@
+#pragma once
+
+#include "core/dataObject.h"
+
+#include <QAbstractTableModel>
+#include <QColor>
+#include <QList>
+#include <QPointer>
+#include <QItemSelectionModel>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+class Ledgerwick;
+
+// One ordered collection of records that is at the same time the model of the
+// table showing it. Rows are the visible records only; positions passed to
+// getnthItem() count every record. Every manager derives from it.
+class lwDataSource : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    struct Column
+    {
+        QString identifier; // the field name asked of each record
+        QString title;
+        int width = 100;
+    };
+
+    // The colour a row's label area is painted with (invalid = no tint).
+    static constexpr int LabelColorRole = Qt::UserRole + 1;
+    // The record shown in a row, as a pointer in a QVariant (dataObject*).
+    static constexpr int RecordRole = Qt::UserRole + 2;
+
+    explicit lwDataSource(QObject *parent = nullptr);
+    ~lwDataSource() override;
+
+    void setLedgerwick(Ledgerwick *ledgerwick) { m_ledgerwick = ledgerwick; }
+    Ledgerwick *ledgerwick() const { return m_ledgerwick; }
+
+    // --- the collection -------------------------------------------------
+    // Appends the record. A record without an id (0) is given the next one;
+    // a larger id than any seen raises the highest id; a smaller or equal id
+    // is kept as it is (nothing checks for duplicates).
+    void add(std::shared_ptr<dataObject> record);
+    void clear();
+    // Removes the record; the highest id is not lowered.
+    void deleteItem(const dataObject *record);
+    // Exchanges the positions of two records when both are in the collection.
+    void swop(const dataObject *a, const dataObject *b);
+
+    virtual int getCount() const;
+    virtual dataObject *getFirstItem() const;
+    virtual dataObject *getItemById(int id) const;
+    virtual dataObject *getNextItem(const dataObject *record) const;
+    virtual dataObject *getnthItem(qsizetype n) const;
+    dataObject *getnthVisibleItem(int n) const;
+    dataObject *getSelectedItem() const;
+    int getNextId();
+    int highestId() const { return m_highestId; }
+
+    // The owning pointer of a record in this collection (empty when it is not).
+    std::shared_ptr<dataObject> sharedRecord(const dataObject *record) const;
+    const std::vector<std::shared_ptr<dataObject>> &records() const { return m_collection; }
+    qsizetype positionOf(const dataObject *record) const;
+
+    // --- sorting ----------------------------------------------------------
+    void sortByColumn(const QString &column, bool ascending);
+    // The table sort. Deliberately reversed: ascending true leaves the largest
+    // first. Options 0 and 1 compare the texts ignoring case, 2 compares them
+    // as "%d/%m/%y" dates through each record's date cache, anything else
+    // leaves the order alone. The column "name" sorts by "surname". Equal
+    // records keep their order.
+    virtual void sortByColumn(const QString &column, bool ascending, int options);
+
+    // --- checks and hooks ---------------------------------------------------
+    // False, after the "Read-only mode" alert, while the database is read-only.
+    bool readOnlyCheck();
+    virtual void deleteKey(QObject *sender);
+    virtual void getWindowTitle(QObject *sender);
+    virtual void remove(QObject *sender);
+    virtual void sort(QObject *sender);
+    // Tells every view that the rows may all have changed (after filtering).
+    void reloadData();
+
+    // --- the table --------------------------------------------------------
+    void setColumns(const QList<Column> &columns);
+    const QList<Column> &columns() const { return m_columns; }
+    int columnForIdentifier(const QString &identifier) const;
+    // The selection of the table this collection feeds (not owned).
+    void setTableSelection(QItemSelectionModel *selection) { m_selection = selection; }
+    QItemSelectionModel *tableSelection() const { return m_selection; }
+    // The selected row, -1 when none.
+    int selectedRow() const;
+
+    virtual int numberOfRowsInTableView() const;
+    virtual QString objectValueForTableColumn(const QString &identifier, int row) const;
+    virtual bool setObjectValueForTableColumn(const QString &value, const QString &identifier, int row);
+    virtual QColor labelColorForRow(int row) const;
+    // Columns whose values sort as dates (option 2) when their header is clicked.
+    virtual bool isDateColumn(const QString &identifier) const;
+    virtual bool isColumnEditable(const QString &identifier) const;
+
+    // QAbstractItemModel
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    // A header click: ascending order is passed as the flag YES.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+protected:
+    // Subclasses whose rows are not simply the visible records (outlines,
+    // totals rows) answer false, and every change then resets the views.
+    virtual bool rowsAreVisibleRecords() const { return true; }
+    // Reorders the collection to the given permutation (new position i holds
+    // the record that was at order[i]) and tells the views.
+    void applyOrder(const std::vector<qsizetype> &order);
+
+private:
+    void ensureVisibleIndex() const;
+    void ensureIdIndex() const;
+    void invalidateIndexes();
+    // The visible row of the record at a position, -1 when hidden.
+    int visibleRowOfPosition(qsizetype position) const;
+
+    std::vector<std::shared_ptr<dataObject>> m_collection;
+    int m_highestId = 0;
+    Ledgerwick *m_ledgerwick = nullptr;
+    QPointer<QItemSelectionModel> m_selection;
+    QList<Column> m_columns;
+
+    // Positions of the visible records, rebuilt lazily when visibility or the
+    // collection changes.
+    mutable std::vector<qsizetype> m_visiblePositions;
+    mutable bool m_visibleValid = false;
+    mutable quint64 m_visibleGeneration = 0;
+    // Earliest position of each id, rebuilt lazily when an id or the
+    // collection changes.
+    mutable std::unordered_map<int, qsizetype> m_idIndex;
+    mutable bool m_idValid = false;
+    mutable quint64 m_idGeneration = 0;
+    // Where the last getNextItem() walk stood, so walks cost O(1) per step.
+    mutable qsizetype m_walkHint = 0;
+};
