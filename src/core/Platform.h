@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <utility>
+
 // A user-facing text looked up in the "Ledgerwick" translation context, with
 // the English text as its key.
 inline QString lwTr(const char *english)
@@ -23,6 +25,12 @@ public:
 
     struct Alert
     {
+        Alert(QString title = {}, QString informativeText = {}, QStringList buttons = {},
+              AlertStyle style = AlertStyle::Warning)
+            : title(std::move(title)), informativeText(std::move(informativeText)),
+              buttons(std::move(buttons)), style(style)
+        {
+        }
         QString title;
         QString informativeText;
         QStringList buttons; // the first is the default; empty means just "OK"
@@ -31,6 +39,12 @@ public:
 
     struct Panel
     {
+        Panel(QString title = {}, QStringList fileTypes = {}, QString directory = {},
+              QString suggestedName = {}, bool chooseDirectories = false)
+            : title(std::move(title)), fileTypes(std::move(fileTypes)), directory(std::move(directory)),
+              suggestedName(std::move(suggestedName)), chooseDirectories(chooseDirectories)
+        {
+        }
         QString title;
         QStringList fileTypes;  // extensions without the dot; empty accepts all
         QString directory;      // where the panel starts; empty: its own choice

@@ -1,0 +1,155 @@
+#include "core/CalendarDate.h"
+
+#include <QTest>
+
+class TestCalendarDate : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void parses_data();
+    void parses();
+    void formats_data();
+    void formats();
+    void roundTripsEveryPattern();
+    void addsByTheCalendar_data();
+    void addsByTheCalendar();
+    void comparesAndMeasures();
+};
+
+void TestCalendarDate::parses_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QDateTime>("expected"); // invalid = no date
+    const QDateTime none;
+    QTest::addRow("day first") << "15/01/07" << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("month first") << "01/15/07" << "%m/%d/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("single digits") << "1/2/9" << "%d/%m/%y" << QDateTime(QDate(2009, 2, 1), QTime(0, 0));
+    QTest::addRow("pivot 68") << "01/01/68" << "%d/%m/%y" << QDateTime(QDate(2068, 1, 1), QTime(0, 0));
+    QTest::addRow("pivot 69") << "01/01/69" << "%d/%m/%y" << QDateTime(QDate(1969, 1, 1), QTime(0, 0));
+    QTest::addRow("year 00") << "29/02/00" << "%d/%m/%y" << QDateTime(QDate(2000, 2, 29), QTime(0, 0));
+    QTest::addRow("with time") << "31/12/08 23:59" << "%d/%m/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(23, 59));
+    QTest::addRow("us with time") << "12/31/08 07:05" << "%m/%d/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(7, 5));
+    QTest::addRow("lock") << "2007-03-01 14:05:09 +0000" << "%Y-%m-%d %H:%M:%S %z"
+                          << QDateTime(QDate(2007, 3, 1), QTime(14, 5, 9));
+    QTest::addRow("trailing space") << "15/01/07 " << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("four-digit year, two-digit pattern") << "15/01/2007" << "%d/%m/%y" << none;
+    QTest::addRow("no such day") << "30/02/07" << "%d/%m/%y" << none;
+    QTest::addRow("month 13") << "01/13/07" << "%d/%m/%y" << none;
+    QTest::addRow("hour 24") << "01/01/07 24:00" << "%d/%m/%y %H:%M" << none;
+    QTest::addRow("missing time") << "01/01/07 " << "%d/%m/%y %H:%M" << none;
+    QTest::addRow("words") << "today" << "%d/%m/%y" << none;
+    QTest::addRow("empty") << "" << "%d/%m/%y" << none;
+    QTest::addRow("wrong separator") << "01-02-07" << "%d/%m/%y" << none;
+    QTest::addRow("trailing text") << "01/02/07x" << "%d/%m/%y" << none;
+    QTest::addRow("arabic digits") << QString::fromUtf8("\u0661/02/07") << "%d/%m/%y" << none;
+    QTest::addRow("bad offset") << "2007-03-01 14:05:09 +00" << "%Y-%m-%d %H:%M:%S %z" << none;
+}
+
+void TestCalendarDate::parses()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, format);
+    QFETCH(QDateTime, expected);
+    const CalendarDate date = CalendarDate::fromString(text, format);
+    QCOMPARE(date.isValid(), expected.isValid());
+    if (expected.isValid()) {
+        QCOMPARE(date.date(), expected.date());
+        QCOMPARE(date.time(), expected.time());
+    }
+}
+
+void TestCalendarDate::formats_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("expected");
+    QTest::addRow("day first") << "%d/%m/%y" << "05/03/09";
+    QTest::addRow("month first") << "%m/%d/%y" << "03/05/09";
+    QTest::addRow("with time") << "%d/%m/%y %H:%M" << "05/03/09 07:08";
+    QTest::addRow("widths") << "%2m/%2d/%2Y" << "03/05/2009";
+    QTest::addRow("unpadded") << "%1d/%1m" << "5/3";
+    QTest::addRow("lock") << "%Y-%m-%d %H:%M:%S %z" << "2009-03-05 07:08:09 -0130";
+    QTest::addRow("percent and unknown") << "100%% %q" << "100% %q";
+}
+
+void TestCalendarDate::formats()
+{
+    QFETCH(QString, format);
+    QFETCH(QString, expected);
+    const CalendarDate date(QDate(2009, 3, 5), QTime(7, 8, 9), -(3600 + 1800));
+    QCOMPARE(date.toString(format), expected);
+    QCOMPARE(CalendarDate().toString(format), QString());
+}
+
+void TestCalendarDate::roundTripsEveryPattern()
+{
+    const QStringList formats{"%d/%m/%y", "%m/%d/%y", "%d/%m/%y %H:%M", "%m/%d/%y %H:%M", "%Y-%m-%d %H:%M:%S %z"};
+    const CalendarDate dates[] = {
+        CalendarDate(QDate(1969, 1, 1), QTime(0, 0)),
+        CalendarDate(QDate(2068, 12, 31), QTime(23, 59)),
+        CalendarDate(QDate(2024, 2, 29), QTime(12, 30), 5 * 3600 + 1800),
+    };
+    for (const QString &format : formats) {
+        for (const CalendarDate &date : dates) {
+            const CalendarDate back = CalendarDate::fromString(date.toString(format), format);
+            QVERIFY2(back.isValid(), qPrintable(format));
+            QCOMPARE(back.date(), date.date());
+            if (format.contains(QLatin1String("%H")))
+                QCOMPARE(back.time(), QTime(date.time().hour(), date.time().minute()));
+            if (format.contains(QLatin1String("%z")))
+                QCOMPARE(back.utcOffsetSeconds(), date.utcOffsetSeconds());
+        }
+    }
+}
+
+void TestCalendarDate::addsByTheCalendar_data()
+{
+    QTest::addColumn<QDate>("start");
+    QTest::addColumn<int>("years");
+    QTest::addColumn<int>("months");
+    QTest::addColumn<int>("days");
+    QTest::addColumn<QDate>("expected");
+    QTest::addRow("a week") << QDate(2009, 1, 1) << 0 << 0 << 7 << QDate(2009, 1, 8);
+    QTest::addRow("a month") << QDate(2009, 1, 15) << 0 << 1 << 0 << QDate(2009, 2, 15);
+    QTest::addRow("month end carries over") << QDate(2009, 1, 31) << 0 << 1 << 0 << QDate(2009, 3, 3);
+    QTest::addRow("leap month end") << QDate(2008, 1, 31) << 0 << 1 << 0 << QDate(2008, 3, 2);
+    QTest::addRow("across the year") << QDate(2008, 12, 15) << 0 << 1 << 0 << QDate(2009, 1, 15);
+    QTest::addRow("three months") << QDate(2008, 11, 30) << 0 << 3 << 0 << QDate(2009, 3, 2);
+    QTest::addRow("leap day plus a year") << QDate(2008, 2, 29) << 1 << 0 << 0 << QDate(2009, 3, 1);
+    QTest::addRow("backwards") << QDate(2009, 3, 31) << 0 << -1 << 0 << QDate(2009, 3, 3);
+    QTest::addRow("back across the year") << QDate(2009, 1, 10) << 0 << -2 << -10 << QDate(2008, 10, 31);
+}
+
+void TestCalendarDate::addsByTheCalendar()
+{
+    QFETCH(QDate, start);
+    QFETCH(int, years);
+    QFETCH(int, months);
+    QFETCH(int, days);
+    QFETCH(QDate, expected);
+    const CalendarDate result = CalendarDate(start, QTime(10, 30)).addYearsMonthsDays(years, months, days);
+    QCOMPARE(result.date(), expected);
+    QCOMPARE(result.time(), QTime(10, 30));
+    QVERIFY(!CalendarDate().addYearsMonthsDays(0, 1, 0).isValid());
+}
+
+void TestCalendarDate::comparesAndMeasures()
+{
+    const CalendarDate jan(QDate(2007, 1, 15));
+    const CalendarDate feb(QDate(2007, 2, 1));
+    QVERIFY(jan < feb);
+    QVERIFY(feb > jan);
+    QVERIFY(CalendarDate(QDate(2007, 1, 15), QTime(0, 0), 3600) == jan); // wall-clock comparison
+    QVERIFY(CalendarDate() < jan);
+    QVERIFY(CalendarDate() == CalendarDate());
+    QCOMPARE(jan.secondsTo(feb), qint64(17) * 86400);
+    QCOMPARE(feb.secondsTo(jan), -qint64(17) * 86400);
+    QCOMPARE(jan.addSeconds(90).time(), QTime(0, 1, 30));
+    QCOMPARE(jan.addSeconds(-1).date(), QDate(2007, 1, 14));
+    const CalendarDate now = CalendarDate::currentDate();
+    QVERIFY(now.isValid());
+    QVERIFY(now > jan);
+}
+
+QTEST_GUILESS_MAIN(TestCalendarDate)
+#include "tst_calendardate.moc"

@@ -1,0 +1,515 @@
+#include "core/Ledgerwick.h"
+#include "core/lwDataSource.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TestRecord.h"
+
+#include <QAbstractItemModelTester>
+#include <QItemSelectionModel>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+std::shared_ptr<TestRecord> rec(const QString &name, int id = 0)
+{
+    return std::make_shared<TestRecord>(name, id);
+}
+
+// A table that shows each record's fields, as the managers do.
+class FieldTable : public lwDataSource
+{
+public:
+    QString objectValueForTableColumn(const QString &identifier, int row) const override
+    {
+        const dataObject *record = getnthVisibleItem(row);
+        return record ? record->getFieldByName(identifier) : QString();
+    }
+    bool isDateColumn(const QString &identifier) const override { return identifier == QLatin1String("date"); }
+};
+
+QStringList namesInOrder(const lwDataSource &source)
+{
+    QStringList names;
+    for (const auto &record : source.records())
+        names << static_cast<TestRecord *>(record.get())->name();
+    return names;
+}
+
+// The table sort written the plain way: passes of neighbour exchanges until a
+// pass is clean. A pair in which either record has no date is left as it is.
+void referenceSort(std::vector<std::shared_ptr<TestRecord>> &records, const QString &column, bool ascending,
+                   int options)
+{
+    const QString key = column == QLatin1String("name") ? QStringLiteral("surname") : column;
+    bool clean = false;
+    while (!clean) {
+        clean = true;
+        for (size_t i = 0; i <= records.size(); ++i) {
+            if (i + 1 >= records.size())
+                continue;
+            TestRecord *a = records[i].get();
+            TestRecord *b = records[i + 1].get();
+            int result = 0;
+            if (options == 0 || options == 1) {
+                const int c = QString::compare(a->getFieldByName(key), b->getFieldByName(key), Qt::CaseInsensitive);
+                result = c < 0 ? -1 : c > 0 ? 1 : 0;
+            } else if (options == 2) {
+                for (TestRecord *r : {a, b}) {
+                    if (!r->getNSDate().isValid()) {
+                        const CalendarDate d = CalendarDate::fromString(r->getFieldByName(key), QStringLiteral("%d/%m/%y"));
+                        if (d.isValid())
+                            r->setNSDate(d);
+                    }
+                }
+                const CalendarDate da = a->getNSDate();
+                const CalendarDate db = b->getNSDate();
+                if (!da.isValid() || !db.isValid())
+                    continue;
+                result = da < db ? -1 : db < da ? 1 : 0;
+            } else {
+                continue;
+            }
+            if ((result == -1 && ascending) || (result == 1 && !ascending)) {
+                std::swap(records[i], records[i + 1]);
+                clean = false;
+            }
+        }
+    }
+}
+
+} // namespace
+
+class TestLwDataSource : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void idsFollowTheAddRule();
+    void clearStartsIdsAgainAndNextIdCounts();
+    void lookupsAnswerNoneOutOfRange();
+    void visibleRowsCountOnlyVisibleRecords();
+    void itemByIdFindsTheEarliestAndFollowsIdChanges();
+    void walkVisitsEveryRecordInOrder();
+    void swopAndDelete();
+    void sortsText_data();
+    void sortsText();
+    void sortsDatesAndKeepsTheCache();
+    void sortEqualsExchangeSortOnRandomCollections();
+    void modelAnnouncesChanges();
+    void headerClickSortsAndSelectionFollows();
+    void selectedItemIsTheSelectedVisibleRow();
+    void readOnlyCheckAlertsAndRefuses();
+};
+
+void TestLwDataSource::idsFollowTheAddRule()
+{
+    lwDataSource source;
+    auto a = rec(QStringLiteral("a")), b = rec(QStringLiteral("b")), c = rec(QStringLiteral("c"));
+    source.add(a);
+    source.add(b);
+    source.add(c);
+    QCOMPARE(a->getID(), 1);
+    QCOMPARE(b->getID(), 2);
+    QCOMPARE(c->getID(), 3);
+
+    auto ten = rec(QStringLiteral("ten"), 10);
+    source.add(ten);
+    auto next = rec(QStringLiteral("next"));
+    source.add(next);
+    QCOMPARE(next->getID(), 11);
+    auto five = rec(QStringLiteral("five"), 5);
+    source.add(five);
+    QCOMPARE(five->getID(), 5);
+    QCOMPARE(source.highestId(), 11);
+    // A duplicate id is kept as it is.
+    auto dup = rec(QStringLiteral("dup"), 2);
+    source.add(dup);
+    QCOMPARE(dup->getID(), 2);
+    QCOMPARE(source.getCount(), 7);
+    source.add(nullptr);
+    QCOMPARE(source.getCount(), 7);
+}
+
+void TestLwDataSource::clearStartsIdsAgainAndNextIdCounts()
+{
+    lwDataSource fresh;
+    QCOMPARE(fresh.getNextId(), 1);
+    QCOMPARE(fresh.getNextId(), 2);
+    // An id handed out by getNextId is not reused by add.
+    auto r = rec(QStringLiteral("r"));
+    fresh.add(r);
+    QCOMPARE(r->getID(), 3);
+
+    fresh.clear();
+    QCOMPARE(fresh.getCount(), 0);
+    auto again = rec(QStringLiteral("again"));
+    fresh.add(again);
+    QCOMPARE(again->getID(), 1);
+}
+
+void TestLwDataSource::lookupsAnswerNoneOutOfRange()
+{
+    lwDataSource source;
+    QCOMPARE(source.getFirstItem(), nullptr);
+    QCOMPARE(source.getnthItem(0), nullptr);
+    QCOMPARE(source.getnthVisibleItem(0), nullptr);
+    QCOMPARE(source.getItemById(1), nullptr);
+    QCOMPARE(source.getSelectedItem(), nullptr);
+    auto a = rec(QStringLiteral("a"));
+    source.add(a);
+    QCOMPARE(source.getnthItem(1), nullptr);
+    QCOMPARE(source.getnthItem(-1), nullptr);
+    QCOMPARE(source.getnthItem(0), a.get());
+    TestRecord stranger(QStringLiteral("x"), 1);
+    QCOMPARE(source.getNextItem(&stranger), nullptr);
+    QCOMPARE(source.getNextItem(nullptr), nullptr);
+    QCOMPARE(source.getNextItem(a.get()), nullptr);
+}
+
+void TestLwDataSource::visibleRowsCountOnlyVisibleRecords()
+{
+    lwDataSource source;
+    auto a = rec(QStringLiteral("A")), b = rec(QStringLiteral("B")), c = rec(QStringLiteral("C"));
+    a->setVisible(false);
+    source.add(a);
+    source.add(b);
+    source.add(c);
+    QCOMPARE(source.numberOfRowsInTableView(), 2);
+    QCOMPARE(source.rowCount(), 2);
+    QCOMPARE(source.getnthVisibleItem(0), b.get());
+    QCOMPARE(source.getnthVisibleItem(1), c.get());
+    QCOMPARE(source.getnthVisibleItem(2), nullptr);
+    // Counting starts at -1: a hidden first record answers row -1.
+    QCOMPARE(source.getnthVisibleItem(-1), a.get());
+    QCOMPARE(source.getnthVisibleItem(-2), nullptr);
+
+    // Visibility changed on the records themselves is seen at once.
+    c->setVisible(false);
+    a->setVisible(true);
+    QCOMPARE(source.numberOfRowsInTableView(), 2);
+    QCOMPARE(source.getnthVisibleItem(0), a.get());
+    QCOMPARE(source.getnthVisibleItem(1), b.get());
+    QCOMPARE(source.getnthVisibleItem(-1), nullptr);
+    // Adding after the index is built keeps it right.
+    auto d = rec(QStringLiteral("D"));
+    source.add(d);
+    QCOMPARE(source.getnthVisibleItem(2), d.get());
+}
+
+void TestLwDataSource::itemByIdFindsTheEarliestAndFollowsIdChanges()
+{
+    lwDataSource source;
+    auto first = rec(QStringLiteral("first"), 4);
+    auto second = rec(QStringLiteral("second"), 4);
+    auto other = rec(QStringLiteral("other"), 9);
+    source.add(first);
+    source.add(second);
+    source.add(other);
+    QCOMPARE(source.getItemById(4), first.get());
+    QCOMPARE(source.getItemById(9), other.get());
+    QCOMPARE(source.getItemById(5), nullptr);
+
+    // Ids overwritten after adding (as loading does) are found under the new id.
+    first->setID(12);
+    QCOMPARE(source.getItemById(4), second.get());
+    QCOMPARE(source.getItemById(12), first.get());
+    source.deleteItem(second.get());
+    QCOMPARE(source.getItemById(4), nullptr);
+    // Visibility plays no part.
+    other->setVisible(false);
+    QCOMPARE(source.getItemById(9), other.get());
+}
+
+void TestLwDataSource::walkVisitsEveryRecordInOrder()
+{
+    lwDataSource source;
+    QStringList expected;
+    for (int i = 0; i < 50; ++i) {
+        expected << QString::number(i);
+        source.add(rec(QString::number(i)));
+    }
+    QStringList walked;
+    for (dataObject *r = source.getFirstItem(); r; r = source.getNextItem(r))
+        walked << static_cast<TestRecord *>(r)->name();
+    QCOMPARE(walked, expected);
+    // A walk from the middle after an unrelated lookup still follows the order.
+    dataObject *middle = source.getnthItem(20);
+    source.getnthItem(3);
+    QCOMPARE(static_cast<TestRecord *>(source.getNextItem(middle))->name(), QStringLiteral("21"));
+}
+
+void TestLwDataSource::swopAndDelete()
+{
+    lwDataSource source;
+    auto a = rec(QStringLiteral("a")), b = rec(QStringLiteral("b")), c = rec(QStringLiteral("c"));
+    source.add(a);
+    source.add(b);
+    source.add(c);
+    TestRecord stranger(QStringLiteral("x"));
+    source.swop(a.get(), &stranger);
+    QCOMPARE(namesInOrder(source), QStringList({"a", "b", "c"}));
+    source.swop(a.get(), c.get());
+    QCOMPARE(namesInOrder(source), QStringList({"c", "b", "a"}));
+    QCOMPARE(source.getnthVisibleItem(0), c.get());
+
+    source.deleteItem(&stranger);
+    QCOMPARE(source.getCount(), 3);
+    source.deleteItem(c.get());
+    QCOMPARE(namesInOrder(source), QStringList({"b", "a"}));
+    QCOMPARE(source.highestId(), 3);
+    auto d = rec(QStringLiteral("d"));
+    source.add(d);
+    QCOMPARE(d->getID(), 4);
+    // The record stays alive for whoever still holds it.
+    QCOMPARE(c->name(), QStringLiteral("c"));
+}
+
+void TestLwDataSource::sortsText_data()
+{
+    QTest::addColumn<QStringList>("values");
+    QTest::addColumn<bool>("ascending");
+    QTest::addColumn<int>("options");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addRow("flag YES ends descending") << QStringList{"b", "A", "c"} << true << 0 << QStringList{"c", "b", "A"};
+    QTest::addRow("flag NO ends ascending") << QStringList{"b", "A", "c"} << false << 0 << QStringList{"A", "b", "c"};
+    QTest::addRow("numbers compare as text") << QStringList{"9", "10"} << false << 0 << QStringList{"10", "9"};
+    QTest::addRow("options 1 like 0") << QStringList{"b", "a"} << false << 1 << QStringList{"a", "b"};
+    QTest::addRow("other options change nothing") << QStringList{"b", "a", "c"} << false << 3 << QStringList{"b", "a", "c"};
+    QTest::addRow("negative options change nothing") << QStringList{"b", "a"} << false << -1 << QStringList{"b", "a"};
+}
+
+void TestLwDataSource::sortsText()
+{
+    QFETCH(QStringList, values);
+    QFETCH(bool, ascending);
+    QFETCH(int, options);
+    QFETCH(QStringList, expected);
+    lwDataSource source;
+    for (const QString &v : values) {
+        auto r = rec(v);
+        r->fields.insert(QStringLiteral("title"), v);
+        source.add(r);
+    }
+    source.sortByColumn(QStringLiteral("title"), ascending, options);
+    QCOMPARE(namesInOrder(source), expected);
+}
+
+void TestLwDataSource::sortsDatesAndKeepsTheCache()
+{
+    lwDataSource source;
+    auto feb = rec(QStringLiteral("feb")), jan = rec(QStringLiteral("jan")), bad = rec(QStringLiteral("bad"));
+    feb->fields.insert(QStringLiteral("date"), QStringLiteral("01/02/07"));
+    jan->fields.insert(QStringLiteral("date"), QStringLiteral("15/01/07"));
+    bad->fields.insert(QStringLiteral("date"), QStringLiteral("someday"));
+    source.add(feb);
+    source.add(jan);
+    source.sortByColumn(QStringLiteral("date"), false, 2);
+    QCOMPARE(namesInOrder(source), QStringList({"jan", "feb"}));
+    QCOMPARE(jan->getNSDate(), CalendarDate(QDate(2007, 1, 15)));
+
+    // The cache wins over a later change of the text.
+    jan->fields.insert(QStringLiteral("date"), QStringLiteral("01/12/07"));
+    source.sortByColumn(QStringLiteral("date"), false, 2);
+    QCOMPARE(namesInOrder(source), QStringList({"jan", "feb"}));
+    source.sortByColumn(QStringLiteral("date"), true, 2);
+    QCOMPARE(namesInOrder(source), QStringList({"feb", "jan"}));
+
+    // An undated record stays in place: records do not move across it.
+    lwDataSource mixed;
+    auto late = rec(QStringLiteral("late")), early = rec(QStringLiteral("early"));
+    late->fields.insert(QStringLiteral("date"), QStringLiteral("01/01/09"));
+    early->fields.insert(QStringLiteral("date"), QStringLiteral("01/01/08"));
+    mixed.add(late);
+    mixed.add(bad);
+    mixed.add(early);
+    mixed.sortByColumn(QStringLiteral("date"), false, 2);
+    QCOMPARE(namesInOrder(mixed), QStringList({"late", "bad", "early"}));
+    QVERIFY(!bad->getNSDate().isValid());
+
+    // A single record is never compared, so nothing is cached.
+    lwDataSource single;
+    auto only = rec(QStringLiteral("only"));
+    only->fields.insert(QStringLiteral("date"), QStringLiteral("03/03/03"));
+    single.add(only);
+    single.sortByColumn(QStringLiteral("date"), false, 2);
+    QVERIFY(!only->getNSDate().isValid());
+
+    // "name" sorts by surname.
+    lwDataSource people;
+    auto x = rec(QStringLiteral("Zed")), y = rec(QStringLiteral("Amy"));
+    x->fields.insert(QStringLiteral("surname"), QStringLiteral("Adams"));
+    y->fields.insert(QStringLiteral("surname"), QStringLiteral("Young"));
+    people.add(y);
+    people.add(x);
+    people.sortByColumn(QStringLiteral("name"), false);
+    QCOMPARE(namesInOrder(people), QStringList({"Zed", "Amy"}));
+}
+
+void TestLwDataSource::sortEqualsExchangeSortOnRandomCollections()
+{
+    // Keys from a small alphabet so that equal and case-different keys are
+    // common; dates include undated texts and records already cached.
+    const QStringList words{"", "a", "A", "b", "B", "ab", "aB", "10", "9", "é", "É", "z"};
+    const QStringList dates{"01/02/07", "15/01/07", "01/02/07", "31/12/99", "29/02/08", "x", "", "1/1/1",
+                            "30/02/07", "12/12/12"};
+    QRandomGenerator random(20261121);
+    const int cases = 10000;
+    for (int run = 0; run < cases; ++run) {
+        const int count = int(random.bounded(14));
+        const int options = int(random.bounded(4)); // 3 stands for "any other"
+        const bool ascending = random.bounded(2) == 1;
+        const QString column = random.bounded(3) == 0 ? QStringLiteral("name") : QStringLiteral("key");
+
+        std::vector<std::shared_ptr<TestRecord>> mine, theirs;
+        for (int i = 0; i < count; ++i) {
+            const QString key = options == 2 ? dates.at(int(random.bounded(dates.size())))
+                                             : words.at(int(random.bounded(words.size())));
+            CalendarDate cached;
+            if (random.bounded(5) == 0)
+                cached = CalendarDate(QDate(2000 + int(random.bounded(10)), 1 + int(random.bounded(12)), 1));
+            for (auto *list : {&mine, &theirs}) {
+                auto r = std::make_shared<TestRecord>(QString::number(i));
+                r->fields.insert(QStringLiteral("key"), key);
+                r->fields.insert(QStringLiteral("surname"), key);
+                r->setNSDate(cached);
+                r->setVisible(random.bounded(4) != 0);
+                list->push_back(r);
+            }
+        }
+        lwDataSource source;
+        for (const auto &r : mine)
+            source.add(r);
+        source.sortByColumn(column, ascending, options);
+        referenceSort(theirs, column, ascending, options);
+
+        QStringList expected, expectedDates, gotDates;
+        for (const auto &r : theirs) {
+            expected << r->name();
+            expectedDates << r->getNSDate().toString(QStringLiteral("%d/%m/%Y"));
+        }
+        const QStringList got = namesInOrder(source);
+        for (const auto &r : source.records())
+            gotDates << r->getNSDate().toString(QStringLiteral("%d/%m/%Y"));
+        if (got != expected || gotDates != expectedDates) {
+            qWarning("run %d: %d records, column %s, ascending %d, options %d", run, count, qPrintable(column),
+                     int(ascending), options);
+            QCOMPARE(got, expected);
+            QCOMPARE(gotDates, expectedDates);
+        }
+    }
+}
+
+void TestLwDataSource::modelAnnouncesChanges()
+{
+    FieldTable table;
+    QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    table.setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 120}, {QStringLiteral("qty"), QStringLiteral("Qty"), 40}});
+    QCOMPARE(table.columnCount(), 2);
+    QCOMPARE(table.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Qty"));
+    QCOMPARE(table.columnForIdentifier(QStringLiteral("qty")), 1);
+
+    QSignalSpy inserted(&table, &QAbstractItemModel::rowsInserted);
+    QSignalSpy removed(&table, &QAbstractItemModel::rowsRemoved);
+    auto hidden = rec(QStringLiteral("hidden"));
+    hidden->setVisible(false);
+    auto shown = rec(QStringLiteral("shown"));
+    shown->fields.insert(QStringLiteral("qty"), QStringLiteral("3"));
+    table.add(hidden);
+    QCOMPARE(inserted.count(), 0); // a hidden record adds no row
+    table.add(shown);
+    QCOMPARE(inserted.count(), 1);
+    QCOMPARE(inserted.at(0).at(1).toInt(), 0);
+    QCOMPARE(table.rowCount(), 1);
+    QCOMPARE(table.data(table.index(0, 1)).toString(), QStringLiteral("3"));
+    QCOMPARE(table.data(table.index(0, 0), lwDataSource::RecordRole).value<void *>(), static_cast<void *>(shown.get()));
+
+    // Filtering changes visibility on the records, then reloads the views.
+    QSignalSpy reset(&table, &QAbstractItemModel::modelReset);
+    hidden->setVisible(true);
+    table.reloadData();
+    QCOMPARE(reset.count(), 1);
+    QCOMPARE(table.rowCount(), 2);
+    QCOMPARE(table.data(table.index(0, 0)).toString(), QStringLiteral("hidden"));
+
+    table.deleteItem(hidden.get());
+    QCOMPARE(removed.count(), 1);
+    QCOMPARE(table.rowCount(), 1);
+    table.clear();
+    QCOMPARE(table.rowCount(), 0);
+    QVERIFY(!(table.flags(table.index(0, 0)) & Qt::ItemIsEditable));
+}
+
+void TestLwDataSource::headerClickSortsAndSelectionFollows()
+{
+    FieldTable table;
+    QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    table.setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 100}, {QStringLiteral("date"), QStringLiteral("Date"), 80}});
+    const QStringList names{"b", "c", "a"};
+    const QStringList dates{"01/02/07", "15/01/07", "02/03/07"};
+    for (int i = 0; i < 3; ++i) {
+        auto r = rec(names.at(i));
+        r->fields.insert(QStringLiteral("surname"), names.at(i));
+        r->fields.insert(QStringLiteral("date"), dates.at(i));
+        table.add(r);
+    }
+    QItemSelectionModel selection(&table);
+    table.setTableSelection(&selection);
+    selection.select(table.index(0, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selection.setCurrentIndex(table.index(0, 0), QItemSelectionModel::NoUpdate);
+    dataObject *selected = table.getSelectedItem();
+    QCOMPARE(static_cast<TestRecord *>(selected)->name(), QStringLiteral("b"));
+
+    table.sort(1, Qt::DescendingOrder); // the flag NO: earliest date first
+    QCOMPARE(namesInOrder(table), QStringList({"c", "b", "a"}));
+    QCOMPARE(table.getSelectedItem(), selected);
+    QVERIFY(selected->getNSDate().isValid()); // sorted as dates, so the cache is filled
+
+    table.sort(0, Qt::AscendingOrder); // the flag YES: largest text first
+    QCOMPARE(namesInOrder(table), QStringList({"c", "b", "a"}));
+    table.sort(0, Qt::DescendingOrder);
+    QCOMPARE(namesInOrder(table), QStringList({"a", "b", "c"}));
+    QCOMPARE(table.getSelectedItem(), selected);
+    table.sort(7, Qt::AscendingOrder); // no such column: nothing happens
+    QCOMPARE(namesInOrder(table), QStringList({"a", "b", "c"}));
+}
+
+void TestLwDataSource::selectedItemIsTheSelectedVisibleRow()
+{
+    FieldTable table;
+    table.setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 100}});
+    auto hidden = rec(QStringLiteral("hidden"));
+    hidden->setVisible(false);
+    auto one = rec(QStringLiteral("one")), two = rec(QStringLiteral("two"));
+    table.add(hidden);
+    table.add(one);
+    table.add(two);
+    QItemSelectionModel selection(&table);
+    table.setTableSelection(&selection);
+    QCOMPARE(table.selectedRow(), -1);
+    QCOMPARE(table.getSelectedItem(), nullptr); // no selection never answers the hidden record
+    selection.select(table.index(1, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QCOMPARE(table.getSelectedItem(), two.get());
+    selection.clearSelection();
+    QCOMPARE(table.getSelectedItem(), nullptr);
+}
+
+void TestLwDataSource::readOnlyCheckAlertsAndRefuses()
+{
+    ScriptedPlatform platform;
+    Ledgerwick ledgerwick(&platform);
+    lwDataSource source;
+    QVERIFY(source.readOnlyCheck()); // no controller: nothing to refuse
+    source.setLedgerwick(&ledgerwick);
+    QVERIFY(source.readOnlyCheck());
+    QVERIFY(platform.alerts.isEmpty());
+
+    ledgerwick.setReadOnly(true);
+    QVERIFY(!source.readOnlyCheck());
+    QCOMPARE(platform.alerts.size(), 1);
+    QCOMPARE(platform.alerts.at(0).title, QStringLiteral("Read-only mode"));
+    QCOMPARE(platform.alerts.at(0).informativeText, QStringLiteral("Database is in read-only mode."));
+    QCOMPARE(platform.alerts.at(0).buttons, QStringList{QStringLiteral("OK")});
+}
+
+QTEST_GUILESS_MAIN(TestLwDataSource)
+#include "tst_lwdatasource.moc"
