@@ -1,0 +1,277 @@
+#include "core/PropertyListReader.h"
+#include "core/PropertyListWriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+using Records = QList<QList<QPair<QString, QString>>>;
+
+PropertyListReader::Status read(const QByteArray &data, Records &records, const char *key = "contacts")
+{
+    records.clear();
+    return PropertyListReader::readCollection(data, key, [&](const PropertyListReader::Dict &dict) {
+        QList<QPair<QString, QString>> fields;
+        for (const auto &field : dict.fields())
+            fields.append({QString::fromUtf8(field.key.data(), qsizetype(field.key.size())), field.value});
+        records.append(fields);
+    });
+}
+
+QByteArray wrap(const QByteArray &body)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + body + "</plist>\n";
+}
+
+} // namespace
+
+class TestPropertyList : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void writesThePlatformsForm();
+    void roundTripsAnyText();
+    void readsWhatOtherWritersProduce_data();
+    void readsWhatOtherWritersProduce();
+    void refusesDamagedFiles_data();
+    void refusesDamagedFiles();
+    void readsFilesAndTheLockDictionary();
+};
+
+void TestPropertyList::writesThePlatformsForm()
+{
+    PropertyListWriter writer("contacts");
+    writer.beginRecord();
+    writer.field("company", QStringLiteral("0"));
+    writer.field("id", QStringLiteral("1"));
+    writer.field("name", QStringLiteral("Fish & Chips <Ltd> \"Q\""));
+    writer.endRecord();
+    writer.beginRecord();
+    writer.field("id", QStringLiteral("2"));
+    writer.field("title", QString());
+    writer.endRecord();
+    writer.finish();
+    const QByteArray expected = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                                "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                                "<plist version=\"1.0\">\n"
+                                "<dict>\n"
+                                "\t<key>contacts</key>\n"
+                                "\t<array>\n"
+                                "\t\t<dict>\n"
+                                "\t\t\t<key>company</key>\n"
+                                "\t\t\t<string>0</string>\n"
+                                "\t\t\t<key>id</key>\n"
+                                "\t\t\t<string>1</string>\n"
+                                "\t\t\t<key>name</key>\n"
+                                "\t\t\t<string>Fish &amp; Chips &lt;Ltd&gt; \"Q\"</string>\n"
+                                "\t\t</dict>\n"
+                                "\t\t<dict>\n"
+                                "\t\t\t<key>id</key>\n"
+                                "\t\t\t<string>2</string>\n"
+                                "\t\t\t<key>title</key>\n"
+                                "\t\t\t<string></string>\n"
+                                "\t\t</dict>\n"
+                                "\t</array>\n"
+                                "</dict>\n"
+                                "</plist>\n";
+    QCOMPARE(writer.data(), expected);
+
+    PropertyListWriter empty("bills");
+    empty.finish();
+    Records records;
+    QCOMPARE(read(empty.data(), records, "bills"), PropertyListReader::Status::Ok);
+    QVERIFY(records.isEmpty());
+
+    QCOMPARE(PropertyListWriter::dictionary({{QStringLiteral("datetime"), QStringLiteral("2007-03-01 14:05:09 +0000")}}),
+             QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                        "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                        "<plist version=\"1.0\">\n<dict>\n"
+                        "\t<key>datetime</key>\n\t<string>2007-03-01 14:05:09 +0000</string>\n"
+                        "</dict>\n</plist>\n"));
+}
+
+void TestPropertyList::roundTripsAnyText()
+{
+    const QStringList fixed{QStringLiteral(""), QStringLiteral("&amp; literally"), QStringLiteral("a\r\nb\rc\nd"),
+                            QStringLiteral("\ttabbed\t"), QStringLiteral("  spaced  "), QStringLiteral("]]> <![CDATA["),
+                            QString::fromUtf8("Zoë Ångström – 東京 😀"), QStringLiteral("<string>x</string>"),
+                            QStringLiteral("'\"quotes\"'")};
+    const QString alphabet = QString::fromUtf8("aZ09 &<>\"'\t\r\n;#éß€中😀");
+    QStringList values = fixed;
+    QRandomGenerator random(7);
+    for (int i = 0; i < 300; ++i) {
+        QString v;
+        const int length = int(random.bounded(30));
+        for (int k = 0; k < length; ++k) {
+            const int index = int(random.bounded(alphabet.size()));
+            if (alphabet.at(index).isHighSurrogate() || alphabet.at(index).isLowSurrogate())
+                v += QString::fromUtf8("😀");
+            else
+                v += alphabet.at(index);
+        }
+        values << v;
+    }
+    PropertyListWriter writer("orders");
+    for (const QString &value : values) {
+        writer.beginRecord();
+        writer.field("description", value);
+        writer.field("id", QStringLiteral("1"));
+        writer.endRecord();
+    }
+    writer.finish();
+    Records records;
+    QCOMPARE(read(writer.data(), records, "orders"), PropertyListReader::Status::Ok);
+    QCOMPARE(records.size(), values.size());
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        QCOMPARE(records.at(i).at(0).first, QStringLiteral("description"));
+        QCOMPARE(records.at(i).at(0).second, values.at(i));
+    }
+}
+
+void TestPropertyList::readsWhatOtherWritersProduce_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QString>("expected"); // records as key=value;... separated by |
+
+    QTest::addRow("other indentation and key order")
+        << wrap("\n  <dict><key>contacts</key>\n<array>\n  <dict>\n    <key>name</key> <string>Ann</string>\n"
+                "    <key>id</key><string>4</string></dict></array></dict>\n")
+        << "name=Ann;id=4";
+    QTest::addRow("empty string element")
+        << wrap("<dict><key>contacts</key><array><dict><key>title</key><string/><key>x</key><string></string></dict></array></dict>")
+        << "title=;x=";
+    QTest::addRow("entities and character references")
+        << wrap("<dict><key>contacts</key><array><dict><key>name</key><string>A&amp;B &lt;&gt; &quot;&apos; &#233;&#x1F600;</string></dict></array></dict>")
+        << QString::fromUtf8("name=A&B <> \"' é😀");
+    QTest::addRow("cdata and comments")
+        << wrap("<!-- top --><dict><!-- a --><key>contacts</key><array><dict><key>name</key>"
+                "<string>x<![CDATA[<&>]]>y<!-- gone -->z</string></dict><!-- b --></array></dict>")
+        << "name=x<&>yz";
+    QTest::addRow("other value types")
+        << wrap("<dict><key>contacts</key><array><dict><key>id</key><integer>12</integer><key>rate</key><real>1.5</real>"
+                "<key>sent</key><true/><key>gone</key><false/><key>when</key><date>2007-03-01T14:05:09Z</date>"
+                "<key>list</key><array><string>skip</string></array><key>blob</key><data>AAE=</data></dict></array></dict>")
+        << "id=12;rate=1.5;sent=YES;gone=NO;when=2007-03-01T14:05:09Z;blob=AAE=";
+    QTest::addRow("byte order mark and doctype")
+        << QByteArray("\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                      "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\"><dict><key>contacts</key>"
+                      "<array><dict><key>id</key><string>1</string></dict><dict/></array></dict></plist>")
+        << "id=1|";
+    QTest::addRow("other keys beside the collection")
+        << wrap("<dict><key>version</key><string>2</string><key>meta</key><dict><key>a</key><string>b</string></dict>"
+                "<key>contacts</key><array><dict><key>id</key><string>3</string></dict></array></dict>")
+        << "id=3";
+    QTest::addRow("empty collection") << wrap("<dict><key>contacts</key><array/></dict>") << "";
+    QTest::addRow("no plist element") << QByteArray("<dict><key>contacts</key><array><dict><key>id</key><string>5</string></dict></array></dict>")
+                                      << "id=5";
+    QTest::addRow("array elements that are not records")
+        << wrap("<dict><key>contacts</key><array><string>x</string><dict><key>id</key><string>6</string></dict></array></dict>")
+        << "id=6";
+}
+
+void TestPropertyList::readsWhatOtherWritersProduce()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(QString, expected);
+    Records records;
+    QCOMPARE(read(document, records), PropertyListReader::Status::Ok);
+    QStringList got;
+    for (const auto &record : records) {
+        QStringList pairs;
+        for (const auto &[key, value] : record)
+            pairs << key + QLatin1Char('=') + value;
+        got << pairs.join(QLatin1Char(';'));
+    }
+    QCOMPARE(got.join(QLatin1Char('|')), expected);
+
+    // The same document in UTF-16 reads the same.
+    QString text = QString::fromUtf8(document);
+    QByteArray utf16("\xFF\xFE", 2);
+    utf16.append(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+    Records again;
+    QCOMPARE(read(utf16, again), PropertyListReader::Status::Ok);
+    QCOMPARE(again, records);
+}
+
+void TestPropertyList::refusesDamagedFiles_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addRow("empty") << QByteArray();
+    QTest::addRow("not xml") << QByteArray("hello");
+    QTest::addRow("root is an array") << wrap("<array><dict/></array>");
+    QTest::addRow("collection key missing") << wrap("<dict><key>orders</key><array/></dict>");
+    QTest::addRow("collection is not an array") << wrap("<dict><key>contacts</key><string>x</string></dict>");
+    QTest::addRow("truncated") << QByteArray("<plist><dict><key>contacts</key><array><dict><key>id</key><string>1</str");
+    QTest::addRow("no closing plist") << QByteArray("<plist><dict><key>contacts</key><array/></dict>");
+    QTest::addRow("mismatched tags") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>1</key></dict></array></dict>");
+    QTest::addRow("unknown entity") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>&nbsp;</string></dict></array></dict>");
+    QTest::addRow("zero reference") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>&#0;</string></dict></array></dict>");
+    QTest::addRow("key without value") << wrap("<dict><key>contacts</key><array><dict><key>id</key></dict></array></dict>");
+    QTest::addRow("element in a value") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>a<b/></string></dict></array></dict>");
+    QTest::addRow("unterminated comment") << QByteArray("<!-- forever <plist>");
+    QTest::addRow("garbage after") << wrap("<dict><key>contacts</key><array/></dict>") + "junk";
+}
+
+void TestPropertyList::refusesDamagedFiles()
+{
+    QFETCH(QByteArray, document);
+    Records records;
+    QCOMPARE(read(document, records), PropertyListReader::Status::Unreadable);
+    QVERIFY(!PropertyListReader::lastError().isEmpty());
+}
+
+void TestPropertyList::readsFilesAndTheLockDictionary()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("contacts.xml"));
+    Records records;
+    QCOMPARE(PropertyListReader::readCollection(path, "contacts", [](const auto &) {}),
+             PropertyListReader::Status::Missing);
+
+    PropertyListWriter writer("contacts");
+    writer.beginRecord();
+    writer.field("id", QStringLiteral("9"));
+    writer.endRecord();
+    writer.finish();
+    QVERIFY(PropertyListWriter::writeFile(path, writer.data()));
+    int count = 0;
+    QCOMPARE(PropertyListReader::readCollection(path, "contacts",
+                                                [&](const PropertyListReader::Dict &dict) {
+                                                    ++count;
+                                                    QVERIFY(dict.find("id"));
+                                                    QCOMPARE(*dict.find("id"), QStringLiteral("9"));
+                                                    QVERIFY(!dict.find("name"));
+                                                }),
+             PropertyListReader::Status::Ok);
+    QCOMPARE(count, 1);
+
+    // An empty existing file is damaged, not missing.
+    QFile empty(dir.filePath(QStringLiteral("orders.xml")));
+    QVERIFY(empty.open(QIODevice::WriteOnly));
+    empty.close();
+    QCOMPARE(PropertyListReader::readCollection(empty.fileName(), "orders", [](const auto &) {}),
+             PropertyListReader::Status::Unreadable);
+
+    // A write into a folder that does not exist fails and says why.
+    QString error;
+    QVERIFY(!PropertyListWriter::writeFile(dir.filePath(QStringLiteral("nowhere/x.xml")), "x", &error));
+    QVERIFY(!error.isEmpty());
+
+    std::vector<std::pair<QString, QString>> lock;
+    QCOMPARE(PropertyListReader::readDictionary(
+                 PropertyListWriter::dictionary({{QStringLiteral("datetime"), QStringLiteral("2007-03-01 14:05:09 +0000")}}), lock),
+             PropertyListReader::Status::Ok);
+    QCOMPARE(lock.size(), size_t(1));
+    QCOMPARE(lock.at(0).second, QStringLiteral("2007-03-01 14:05:09 +0000"));
+    QCOMPARE(PropertyListReader::readDictionary("<plist><array/></plist>", lock), PropertyListReader::Status::Unreadable);
+}
+
+QTEST_GUILESS_MAIN(TestPropertyList)
+#include "tst_propertylist.moc"
