@@ -1,0 +1,92 @@
+#include "accounts/Bill.h"
+
+namespace {
+
+void assign(QString &field, const QString &value)
+{
+    if (!value.isNull())
+        field = value;
+}
+
+struct FieldAccess
+{
+    QLatin1String name;
+    QString (*get)(const Bill &);
+    void (*set)(Bill &, const QString &);
+};
+
+template <const QString &(Bill::*Get)() const, void (Bill::*Set)(const QString &)>
+constexpr FieldAccess text(const char *name)
+{
+    return {QLatin1String(name), [](const Bill &b) { return (b.*Get)(); },
+            [](Bill &b, const QString &v) { (b.*Set)(v); }};
+}
+
+const FieldAccess kFields[] = {
+    text<&Bill::getAmount, &Bill::setAmount>("amount"),
+    text<&Bill::getNet, &Bill::setNet>("net"),
+    text<&Bill::getVat, &Bill::setVat>("vat"),
+    text<&Bill::getCategory, &Bill::setCategory>("category"),
+    text<&Bill::getDatePaid, &Bill::setDatePaid>("datePaid"),
+    text<&Bill::getDatePaid, &Bill::setDatePaid>("datepaid"),
+    text<&Bill::getDetails, &Bill::setDetails>("details"),
+    text<&Bill::getDetails, &Bill::setDetails>("comments"),
+    text<&Bill::getNumber, &Bill::setNumber>("number"),
+    text<&Bill::getName, &Bill::setName>("name"),
+    // Read as the name for contact-shaped tables, but never written.
+    {QLatin1String("surname"), [](const Bill &b) { return b.getName(); }, nullptr},
+};
+
+const FieldAccess *findField(const QString &name)
+{
+    for (const FieldAccess &field : kFields)
+        if (name == field.name)
+            return &field;
+    return nullptr;
+}
+
+} // namespace
+
+Bill::Bill() = default;
+
+bool Bill::contains(const QString &text) const
+{
+    // An empty search text matches nothing; the managers test for "" themselves.
+    if (text.isEmpty())
+        return false;
+    for (const QString *field : {&m_category, &m_name, &m_details, &m_number})
+        if (field->contains(text, Qt::CaseInsensitive))
+            return true;
+    return false;
+}
+
+QString Bill::getFieldByName(const QString &name) const
+{
+    const FieldAccess *field = findField(name);
+    if (!field || !field->get)
+        return QStringLiteral("");
+    return field->get(*this);
+}
+
+bool Bill::setFieldByName(const QString &name, const QString &value)
+{
+    const FieldAccess *field = findField(name);
+    if (field && field->set)
+        field->set(*this, value);
+    return true;
+}
+
+bool Bill::isDate(const QString &column)
+{
+    return column == QLatin1String("datepaid");
+}
+
+void Bill::setNumber(const QString &value) { assign(m_number, value); }
+void Bill::setName(const QString &value) { assign(m_name, value); }
+void Bill::setDatePaid(const QString &value) { assign(m_datePaid, value); }
+void Bill::setNet(const QString &value) { assign(m_net, value); }
+void Bill::setVat(const QString &value) { assign(m_vat, value); }
+void Bill::setAmount(const QString &value) { assign(m_amount, value); }
+void Bill::setDetails(const QString &value) { assign(m_details, value); }
+void Bill::setCategory(const QString &value) { assign(m_category, value); }
+void Bill::setOrder(const QString &value) { assign(m_order, value); }
