@@ -1,11 +1,45 @@
 #include "core/Ledgerwick.h"
 
+#include "core/CalendarDate.h"
+#include "core/DatabasePaths.h"
+#include "core/Log.h"
+#include "core/PropertyListWriter.h"
+#include "core/lwDataSource.h"
+#include "orders/Material.h"
+#include "orders/Order.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+using Kind = DatabaseStore::Kind;
+
 Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     : QObject(parent), m_platform(platform)
 {
+    for (const auto &file : DatabaseStore::files()) {
+        auto *collection = new lwDataSource(this);
+        collection->setObjectName(QString::fromLatin1(file.name));
+        collection->setLedgerwick(this);
+        m_managers[size_t(file.kind)] = collection;
+    }
 }
 
 Ledgerwick::~Ledgerwick() = default;
+
+void Ledgerwick::setManager(Kind kind, lwDataSource *manager)
+{
+    if (!manager || m_managers[size_t(kind)] == manager)
+        return;
+    delete m_managers[size_t(kind)];
+    manager->setParent(this);
+    manager->setLedgerwick(this);
+    m_managers[size_t(kind)] = manager;
+}
 
 void Ledgerwick::setReadOnly(bool readOnly)
 {
@@ -13,4 +47,203 @@ void Ledgerwick::setReadOnly(bool readOnly)
         return;
     m_readOnly = readOnly;
     Q_EMIT readOnlyChanged(readOnly);
+}
+
+void Ledgerwick::cancelLockSheet()
+{
+    setReadOnly(true);
+}
+
+int Ledgerwick::getContactIdForOrder(int orderId) const
+{
+    const auto *order = dynamic_cast<const Order *>(orderManager()->getItemById(orderId));
+    return order ? order->getContactId() : 0;
+}
+
+bool Ledgerwick::fileManagerShouldProceedAfterError(const QString &error)
+{
+    lwLog(QStringLiteral("Error while writing: ") + error);
+    return true;
+}
+
+void Ledgerwick::readDatabase(bool takeLock)
+{
+    m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation()
+                                                        : DatabasePaths::expandTilde(m_locationOverride);
+    const QDir folder(m_originalDbLocation);
+    m_unreadable.fill(false);
+    m_lockDateTime.clear();
+
+    // The six files are parsed side by side (largest first), then added to
+    // their managers in the fixed order below on this thread.
+    std::array<DatabaseStore::Loaded, 6> loaded;
+    std::vector<Kind> queue;
+    for (const auto &file : DatabaseStore::files())
+        queue.push_back(file.kind);
+    std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
+        return QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::spec(a).fileName))).size()
+            > QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::spec(b).fileName))).size();
+    });
+    std::atomic<size_t> next{0};
+    auto work = [&] {
+        for (size_t i = next++; i < queue.size(); i = next++)
+            loaded[size_t(queue[i])] = DatabaseStore::read(queue[i], m_originalDbLocation);
+    };
+    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 1u, 2u);
+    std::vector<std::thread> threads;
+    for (unsigned t = 1; t < workers; ++t)
+        threads.emplace_back(work);
+    work();
+    for (std::thread &thread : threads)
+        thread.join();
+
+    lwLog(QStringLiteral("reading db, starting contacts"));
+    m_lockLocation = folder.filePath(QStringLiteral("lock.xml"));
+    for (const auto &file : DatabaseStore::files()) {
+        const size_t k = size_t(file.kind);
+        DatabaseStore::Loaded &result = loaded[k];
+        if (file.kind != Kind::Contacts)
+            lwLog(QStringLiteral("reading db, starting ") + QLatin1String(file.name));
+        const QString path = folder.filePath(QString::fromLatin1(file.fileName));
+        if (result.status == PropertyListReader::Status::Missing && file.kind == Kind::Contacts)
+            lwLog(QStringLiteral("can't find contacts at ") + path);
+        if (result.status == PropertyListReader::Status::Unreadable) {
+            m_unreadable[k] = true;
+            lwLog(QStringLiteral("%1 could not be read (%2); it is kept until it can be set aside")
+                      .arg(QLatin1String(file.fileName), result.error));
+        }
+        lwDataSource *collection = m_managers[k];
+        collection->clear();
+        if (file.kind == Kind::Materials) {
+            // Each line enters its collection with no id, so add() hands out
+            // the next one, and the stored id then overwrites it: later lines
+            // count on from the number of lines loaded.
+            for (size_t i = 0; i < result.records.size(); ++i) {
+                auto *line = static_cast<Material *>(result.records[i].get());
+                collection->add(result.records[i]);
+                line->setID(result.storedIds[i]);
+                if (!result.hasContact[i])
+                    line->setContact(getContactIdForOrder(line->getOrder()));
+            }
+        } else {
+            for (auto &record : result.records)
+                collection->add(std::move(record));
+        }
+        result = DatabaseStore::Loaded();
+        collection->filter(nullptr);
+    }
+
+    // The lock.
+    if (QFile::exists(m_lockLocation)) {
+        QFile lock(m_lockLocation);
+        std::vector<std::pair<QString, QString>> entries;
+        if (lock.open(QIODevice::ReadOnly)
+            && PropertyListReader::readDictionary(lock.readAll(), entries) == PropertyListReader::Status::Ok) {
+            for (const auto &[key, value] : entries)
+                if (key == QLatin1String("datetime"))
+                    m_lockDateTime = value;
+        }
+        setReadOnly(true);
+        Q_EMIT lockFound(m_lockDateTime);
+        return;
+    }
+    if (!takeLock) {
+        setReadOnly(false);
+        return;
+    }
+    const QString now = CalendarDate::currentDate().toString(QStringLiteral("%Y-%m-%d %H:%M:%S %z"));
+    const bool written = QDir().mkpath(m_originalDbLocation)
+        && PropertyListWriter::writeFile(m_lockLocation,
+                                         PropertyListWriter::dictionary({{QStringLiteral("datetime"), now}}));
+    lwLog(written ? QStringLiteral("lock written successfully") : QStringLiteral("lock not written successfully"));
+    setReadOnly(false);
+}
+
+void Ledgerwick::keepUnreadableAside(Kind kind, const QString &path)
+{
+    // A file that could not be read is never replaced by what little was
+    // loaded from it: it is copied aside first, once.
+    if (!m_unreadable[size_t(kind)])
+        return;
+    if (!QFile::exists(path)) {
+        m_unreadable[size_t(kind)] = false;
+        return;
+    }
+    const QString stamp = CalendarDate::currentDate().toString(QStringLiteral("%Y%m%d-%H%M%S"));
+    QString aside = path + QStringLiteral(".unreadable-") + stamp;
+    for (int n = 2; QFile::exists(aside); ++n)
+        aside = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
+    if (QFile::copy(path, aside)) {
+        lwLog(QStringLiteral("%1 could not be read at start; kept as %2")
+                  .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName()));
+        m_unreadable[size_t(kind)] = false;
+    }
+}
+
+Ledgerwick::WriteResult Ledgerwick::writeFile(Kind kind)
+{
+    const auto &file = DatabaseStore::spec(kind);
+    const QString path = QDir(m_originalDbLocation).filePath(QString::fromLatin1(file.fileName));
+    const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
+    keepUnreadableAside(kind, path);
+    if (m_unreadable[size_t(kind)]) {
+        lwLog(failure);
+        lwLog(QStringLiteral("error: the unreadable file could not be set aside"));
+        return WriteResult::Failed;
+    }
+    QByteArray bytes;
+    QString error;
+    if (!DatabaseStore::serialize(kind, *m_managers[size_t(kind)], bytes, &error)) {
+        // A record that cannot be written stops the save here.
+        lwLog(failure);
+        lwLog(QStringLiteral("error: ") + error);
+        return WriteResult::Stopped;
+    }
+    if (!PropertyListWriter::writeFile(path, bytes, &error)) {
+        lwLog(failure);
+        lwLog(QStringLiteral("error: ") + error);
+        return WriteResult::Failed;
+    }
+    return WriteResult::Written;
+}
+
+bool Ledgerwick::writeDatabase(QObject *which)
+{
+    if (m_readOnly)
+        return false;
+    const bool all = which == this;
+    bool anyAsked = all;
+    for (lwDataSource *collection : m_managers)
+        anyAsked = anyAsked || which == collection;
+    if (!anyAsked)
+        return false; // a save asked by anything else writes nothing
+
+    if (m_originalDbLocation.isEmpty())
+        m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation()
+                                                            : DatabasePaths::expandTilde(m_locationOverride);
+    QDir().mkpath(DatabasePaths::applicationSupportFolder());
+    QDir().mkpath(DatabasePaths::standardBundleFolder());
+    QDir().mkpath(m_originalDbLocation);
+    if (m_lockLocation.isEmpty())
+        m_lockLocation = QDir(m_originalDbLocation).filePath(QStringLiteral("lock.xml"));
+
+    bool ok = true;
+    for (const auto &file : DatabaseStore::files()) {
+        if (!all && which != m_managers[size_t(file.kind)])
+            continue;
+        const WriteResult result = writeFile(file.kind);
+        if (result == WriteResult::Stopped)
+            return false; // and the lock stays
+        ok = ok && result == WriteResult::Written;
+    }
+    if (!all && which != actionManager())
+        return ok;
+    // Every save that writes the actions releases the lock.
+    QFile lock(m_lockLocation);
+    if (!lock.remove()) {
+        if (lock.exists())
+            fileManagerShouldProceedAfterError(lock.errorString());
+        lwLog(QStringLiteral("error: lock not removed from database"));
+    }
+    return ok;
 }

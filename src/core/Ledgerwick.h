@@ -1,11 +1,18 @@
 #pragma once
 
+#include "core/DatabaseStore.h"
+
 #include <QObject>
+#include <QString>
+
+#include <array>
 
 class Platform;
+class lwDataSource;
 
-// The application controller: the hub every manager asks about the state of
-// the database and through which it reaches the desktop.
+// The application controller: owner of the six record collections and of the
+// database bundle they are read from and written to, and the hub every
+// manager asks about the state of the database and the desktop.
 class Ledgerwick : public QObject
 {
     Q_OBJECT
@@ -16,14 +23,65 @@ public:
     Platform *platform() const { return m_platform; }
     void setPlatform(Platform *platform) { m_platform = platform; }
 
+    // --- the managers -------------------------------------------------------
+    lwDataSource *contactManager() const { return manager(DatabaseStore::Kind::Contacts); }
+    lwDataSource *orderManager() const { return manager(DatabaseStore::Kind::Orders); }
+    lwDataSource *itemManager() const { return manager(DatabaseStore::Kind::Items); }
+    lwDataSource *bomManager() const { return manager(DatabaseStore::Kind::Materials); }
+    lwDataSource *billManager() const { return manager(DatabaseStore::Kind::Bills); }
+    lwDataSource *actionManager() const { return manager(DatabaseStore::Kind::Actions); }
+    lwDataSource *manager(DatabaseStore::Kind kind) const { return m_managers[size_t(kind)]; }
+    // Puts a manager in place of the plain collection of its kind (the
+    // controller takes ownership). Done before the database is read.
+    void setManager(DatabaseStore::Kind kind, lwDataSource *manager);
+
+    // The contact of an order's customer, 0 when the order is unknown.
+    int getContactIdForOrder(int orderId) const;
+
+    // --- the database -------------------------------------------------------
+    // The bundle to read instead of the location preference (the CLI's --db).
+    void setDatabaseLocation(const QString &folder) { m_locationOverride = folder; }
+    // Reads the six files into the managers in the fixed order, then takes
+    // the lock, or finds it and goes read-only. With takeLock false the lock
+    // is only looked at, and nothing is ever written.
+    void readDatabase(bool takeLock = true);
+    // Saves: the one file of the manager given, or all six when which is the
+    // controller; anything else writes nothing. Nothing is written while
+    // read-only. Answers whether every file asked for was written.
+    bool writeDatabase(QObject *which);
+
     // True while another copy of the program holds the database's lock.
     bool isReadOnly() const { return m_readOnly; }
     void setReadOnly(bool readOnly);
+    // The lock sheet's button: confirms the read-only mode.
+    void cancelLockSheet();
+    // The moment written in the lock that was found, "" when none was read.
+    const QString &lockDateTime() const { return m_lockDateTime; }
+
+    const QString &originalDbLocation() const { return m_originalDbLocation; }
+    const QString &lockLocation() const { return m_lockLocation; }
+
+    // Accepted after a deletion; saving is left to the editors.
+    void setChangeFlag() {}
+    // The removal of the lock failed: logged, and the work goes on.
+    bool fileManagerShouldProceedAfterError(const QString &error);
 
 Q_SIGNALS:
     void readOnlyChanged(bool readOnly);
+    // The database is open in another copy: the window shows the lock sheet.
+    void lockFound(const QString &lockDateTime);
 
 private:
+    enum class WriteResult { Written, Failed, Stopped };
+    WriteResult writeFile(DatabaseStore::Kind kind);
+    void keepUnreadableAside(DatabaseStore::Kind kind, const QString &path);
+
     Platform *m_platform = nullptr; // not owned: the app, CLI or test installs it
     bool m_readOnly = false;
+    std::array<lwDataSource *, 6> m_managers{};
+    std::array<bool, 6> m_unreadable{};
+    QString m_locationOverride;
+    QString m_originalDbLocation;
+    QString m_lockLocation;
+    QString m_lockDateTime;
 };

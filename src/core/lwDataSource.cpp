@@ -376,6 +376,13 @@ void lwDataSource::sort(QObject *)
 {
 }
 
+void lwDataSource::filter(QObject *)
+{
+    for (const auto &record : m_collection)
+        record->setVisible(true);
+    reloadData();
+}
+
 void lwDataSource::reloadData()
 {
     beginResetModel();

@@ -81,6 +81,9 @@ public:
     virtual void getWindowTitle(QObject *sender);
     virtual void remove(QObject *sender);
     virtual void sort(QObject *sender);
+    // Applies the manager's current search and filter to every record's
+    // visibility, then reloads the views. The base shows every record.
+    virtual void filter(QObject *sender);
     // Tells every view that the rows may all have changed (after filtering).
     void reloadData();
 

@@ -1,0 +1,388 @@
+#include "core/DatabaseStore.h"
+
+#include "accounts/Action.h"
+#include "accounts/Bill.h"
+#include "contacts/Contact.h"
+#include "core/NumberText.h"
+#include "core/PropertyListWriter.h"
+#include "core/lwDataSource.h"
+#include "orders/Material.h"
+#include "orders/Order.h"
+#include "products/Item.h"
+
+#include <QDir>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+using Dict = PropertyListReader::Dict;
+
+// How a key is written, and read back.
+enum class Rule {
+    Text,        // written when not empty; read when present
+    TextAlways,  // written always (an unset value is an error); read always, absent = none
+    Int,         // written always as "%i"; read as the leading integer when present
+    IntAlways,   // written always; read always, absent = 0
+    Flag,        // written "YES"/"NO"; read: on when "YES", otherwise untouched
+    FlagAlways,  // written "YES"/"NO"; read: on when "YES", off otherwise (absent too)
+};
+
+template<class R>
+struct Field
+{
+    const char *key;
+    Rule rule;
+    QString (*get)(const R &);
+    void (*set)(R &, const QString &);
+};
+
+QString flagText(bool on)
+{
+    return on ? QStringLiteral("YES") : QStringLiteral("NO");
+}
+
+QString intText(int value)
+{
+    return QString::number(value);
+}
+
+#define LW_TEXT(R, key, getter, setter)                                                                                 \
+    Field<R> { key, Rule::Text, [](const R &r) -> QString { return r.getter(); },                                      \
+               [](R &r, const QString &v) { r.setter(v); } }
+#define LW_TEXT_ALWAYS(R, key, getter, setter)                                                                          \
+    Field<R> { key, Rule::TextAlways, [](const R &r) -> QString { return r.getter(); },                                \
+               [](R &r, const QString &v) { r.setter(v); } }
+#define LW_INT(R, key, rule, getter, setter)                                                                            \
+    Field<R> { key, rule, [](const R &r) -> QString { return intText(r.getter()); },                                   \
+               [](R &r, const QString &v) { r.setter(NumberText::intValue(v)); } }
+#define LW_FLAG(R, key, rule, getter, setter)                                                                           \
+    Field<R> { key, rule, [](const R &r) -> QString { return flagText(r.getter()); },                                  \
+               [](R &r, const QString &v) { r.setter(v == QLatin1String("YES")); } }
+
+// The key tables, each sorted by key as the platform's writer orders them.
+const std::vector<Field<Contact>> &contactFields()
+{
+    static const std::vector<Field<Contact>> fields{
+        LW_TEXT(Contact, "add1", getAdd1, setAdd1),
+        LW_TEXT(Contact, "add2", getAdd2, setAdd2),
+        LW_TEXT(Contact, "add3", getAdd3, setAdd3),
+        LW_TEXT(Contact, "comments", getComments, setComments),
+        LW_INT(Contact, "company", Rule::IntAlways, getCompany, setCompany),
+        LW_TEXT(Contact, "companyname", getCompanyName, setCompanyName),
+        LW_TEXT(Contact, "email", getEmail, setEmail),
+        LW_TEXT(Contact, "extension", getExtension, setExtension),
+        LW_TEXT(Contact, "fax", getFax, setFax),
+        LW_INT(Contact, "id", Rule::Int, getID, setID),
+        LW_TEXT(Contact, "jobtitle", getJobTitle, setJobTitle),
+        LW_TEXT(Contact, "kind", getKind, setKind),
+        LW_TEXT(Contact, "mobile", getMobile, setMobile),
+        LW_TEXT(Contact, "name", getName, setName),
+        LW_TEXT(Contact, "phone", getPhone, setPhone),
+        LW_TEXT(Contact, "postcode", getPostcode, setPostcode),
+        LW_TEXT(Contact, "title", getTitle, setTitle),
+        LW_TEXT(Contact, "type", getType, setType),
+        LW_TEXT(Contact, "website", getWebsite, setWebsite),
+    };
+    return fields;
+}
+
+const std::vector<Field<Order>> &orderFields()
+{
+    static const std::vector<Field<Order>> fields{
+        LW_TEXT(Order, "balance", getBalance, setBalance),
+        LW_TEXT(Order, "balancepaid", getBalancePaid, setBalancePaid),
+        LW_INT(Order, "contact", Rule::Int, getContactId, setContactId),
+        LW_TEXT(Order, "date", getDate, setDate),
+        LW_TEXT(Order, "deposit", getDeposit, setDeposit),
+        LW_TEXT(Order, "depositpaid", getDepositPaid, setDepositPaid),
+        LW_TEXT(Order, "description", getDescription, setDescription),
+        LW_INT(Order, "id", Rule::Int, getID, setID),
+        LW_FLAG(Order, "includeBOM", Rule::Flag, getIncludeBOM, setIncludeBOM),
+        LW_TEXT(Order, "lastrepeatdate", getLastRepeatDate, setLastRepeatDate),
+        LW_TEXT(Order, "net", getNet, setNet),
+        LW_TEXT(Order, "ordernum", getOrderNum, setOrderNum),
+        LW_TEXT(Order, "paymentmethod", getPaymentMethod, setPaymentMethod),
+        LW_FLAG(Order, "repeats", Rule::Flag, getRepeats, setRepeats),
+        LW_TEXT(Order, "repeatfrequency", getRepeatFrequency, setRepeatFrequency),
+        LW_FLAG(Order, "sent", Rule::Flag, getSent, setSent),
+        LW_TEXT(Order, "shipping", getShipping, setShipping),
+        LW_TEXT(Order, "status", getStatus, setStatus),
+        LW_TEXT(Order, "tax", getTax, setTax),
+        LW_TEXT(Order, "taxrate", getTaxRate, setTaxRate),
+        LW_TEXT(Order, "title", getTitle, setTitle),
+        LW_TEXT(Order, "type", getType, setType),
+        LW_TEXT(Order, "value", getValue, setValue),
+        LW_TEXT(Order, "valuewithtax", getValueWithTax, setValueWithTax),
+    };
+    return fields;
+}
+
+const std::vector<Field<Item>> &itemFields()
+{
+    // The three flags are read in three different ways on purpose.
+    static const std::vector<Field<Item>> fields{
+        LW_TEXT(Item, "bought", getBought, setBought),
+        LW_TEXT(Item, "buttoncode", getButtonCode, setButtonCode),
+        LW_TEXT(Item, "code", getCode, setCode),
+        LW_TEXT(Item, "condition", getCondition, setCondition),
+        LW_FLAG(Item, "decreaseQty", Rule::Flag, getDecreaseQty, setDecreaseQty),
+        LW_TEXT(Item, "description", getDescription, setDescription),
+        LW_FLAG(Item, "exportsitemoss", Rule::FlagAlways, getExportSitemoss, setExportSitemoss),
+        LW_FLAG(Item, "hidebuttoncode", Rule::FlagAlways, getHideButtonCode, setHideButtonCode),
+        LW_INT(Item, "id", Rule::Int, getID, setID),
+        LW_TEXT(Item, "item", getItem, setItem),
+        LW_TEXT(Item, "optimumqty", getOptimumQty, setOptimumQty),
+        LW_TEXT(Item, "price", getPrice, setPrice),
+        LW_TEXT(Item, "qty", getQty, setQty),
+        LW_TEXT(Item, "quantitymethod", getQuantityMethod, setQuantityMethod),
+        LW_TEXT(Item, "shipping", getShipping, setShipping),
+        LW_TEXT(Item, "status", getStatus, setStatus),
+        LW_TEXT(Item, "supplier", getSupplier, setSupplier),
+        LW_TEXT(Item, "taxcode", getTaxCode, setTaxCode),
+        LW_TEXT(Item, "variation", getVariation, setVariation),
+        LW_TEXT(Item, "warnlevel", getWarnlevel, setWarnlevel),
+        LW_TEXT(Item, "websitefolder", getWebsiteFolder, setWebsiteFolder),
+    };
+    return fields;
+}
+
+const std::vector<Field<Material>> &materialFields()
+{
+    // "id" and "contact" are handled by the loader: the id is applied only
+    // after the line has entered its collection, and a missing contact is
+    // derived from the line's order.
+    static const std::vector<Field<Material>> fields{
+        LW_TEXT(Material, "code", getCode, setCode),
+        LW_INT(Material, "contact", Rule::Int, getContact, setContact),
+        LW_TEXT(Material, "cost", getCost, setCost),
+        LW_INT(Material, "id", Rule::Int, getID, setID),
+        LW_TEXT(Material, "item", getItem, setItem),
+        LW_INT(Material, "order", Rule::IntAlways, getOrder, setOrder),
+        LW_INT(Material, "product", Rule::IntAlways, getProduct, setProduct),
+        LW_TEXT(Material, "qty", getQty, setQty),
+        LW_TEXT(Material, "taxcode", getTaxCode, setTaxCode),
+        LW_TEXT(Material, "total", getTotal, setTotal),
+        LW_TEXT(Material, "unit", getUnit, setUnit),
+    };
+    return fields;
+}
+
+const std::vector<Field<Bill>> &billFields()
+{
+    static const std::vector<Field<Bill>> fields{
+        LW_TEXT(Bill, "amount", getAmount, setAmount),
+        LW_TEXT(Bill, "category", getCategory, setCategory),
+        LW_TEXT(Bill, "datepaid", getDatePaid, setDatePaid),
+        LW_TEXT(Bill, "details", getDetails, setDetails),
+        LW_INT(Bill, "id", Rule::Int, getID, setID),
+        LW_TEXT(Bill, "name", getName, setName),
+        LW_TEXT(Bill, "net", getNet, setNet),
+        LW_TEXT(Bill, "number", getNumber, setNumber),
+        LW_TEXT(Bill, "vat", getVat, setVat),
+    };
+    return fields;
+}
+
+const std::vector<Field<Action>> &actionFields()
+{
+    static const std::vector<Field<Action>> fields{
+        LW_FLAG(Action, "alarm", Rule::Flag, isAlarm, setAlarm),
+        LW_FLAG(Action, "alarmacknowledged", Rule::Flag, isAlarmAcknowledged, setAlarmAcknowledged),
+        LW_FLAG(Action, "complete", Rule::Flag, isComplete, setComplete),
+        LW_TEXT_ALWAYS(Action, "details", getDetails, setDetails),
+        LW_TEXT_ALWAYS(Action, "enddate", getEndDate, setEndDate),
+        LW_TEXT_ALWAYS(Action, "endtime", getEndTime, setEndTime),
+        LW_INT(Action, "id", Rule::Int, getID, setID),
+        LW_TEXT_ALWAYS(Action, "rate", getRate, setRate),
+        LW_TEXT_ALWAYS(Action, "startdate", getStartDate, setStartDate),
+        LW_TEXT_ALWAYS(Action, "starttime", getStartTime, setStartTime),
+        LW_TEXT_ALWAYS(Action, "title", getTitle, setTitle),
+        LW_TEXT_ALWAYS(Action, "totalcharge", getTotalCharge, setTotalCharge),
+        LW_TEXT_ALWAYS(Action, "totaltime", getTotalTime, setTotalTime),
+        LW_TEXT_ALWAYS(Action, "totaltimeunits", getTotalTimeUnits, setTotalTimeUnits),
+    };
+    return fields;
+}
+
+#undef LW_TEXT
+#undef LW_TEXT_ALWAYS
+#undef LW_INT
+#undef LW_FLAG
+
+// Applies a stored dictionary to a record by its key table. Keys the table
+// does not know are ignored; keys the table reads always are applied even
+// when absent.
+template<class R>
+void applyFields(R &record, const Dict &dict, const std::vector<Field<R>> &table, const char *skipA = nullptr,
+                 const char *skipB = nullptr)
+{
+    for (const Field<R> &field : table) {
+        if ((skipA && std::strcmp(field.key, skipA) == 0) || (skipB && std::strcmp(field.key, skipB) == 0))
+            continue;
+        const QString *value = dict.find(field.key);
+        switch (field.rule) {
+        case Rule::Text:
+        case Rule::Int:
+            if (value)
+                field.set(record, *value);
+            break;
+        case Rule::Flag:
+            if (value && *value == QLatin1String("YES"))
+                field.set(record, *value);
+            break;
+        case Rule::TextAlways:
+            field.set(record, value ? *value : QString());
+            break;
+        case Rule::IntAlways:
+        case Rule::FlagAlways:
+            field.set(record, value ? *value : QString());
+            break;
+        }
+    }
+}
+
+template<class R>
+bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, const std::vector<Field<R>> &table,
+                  QString *error)
+{
+    for (const auto &shared : collection.records()) {
+        const auto *typed = dynamic_cast<const R *>(shared.get());
+        if (!typed)
+            continue; // not a record of this file's kind
+        const R &record = *typed;
+        writer.beginRecord();
+        for (const Field<R> &field : table) {
+            const QString value = field.get(record);
+            switch (field.rule) {
+            case Rule::Text:
+                if (!value.isEmpty())
+                    writer.field(field.key, value);
+                break;
+            case Rule::TextAlways:
+                if (value.isNull()) {
+                    if (error)
+                        *error = QStringLiteral("record %1 has no value for \"%2\"")
+                                     .arg(record.getID())
+                                     .arg(QLatin1String(field.key));
+                    return false;
+                }
+                writer.field(field.key, value);
+                break;
+            default:
+                writer.field(field.key, value);
+            }
+        }
+        writer.endRecord();
+    }
+    return true;
+}
+
+template<class R>
+DatabaseStore::Loaded readRecords(const QString *path, const QByteArray *data, const char *key,
+                                  const std::vector<Field<R>> &table)
+{
+    DatabaseStore::Loaded loaded;
+    auto onRecord = [&](const Dict &dict) {
+        auto record = std::make_shared<R>();
+        applyFields(*record, dict, table);
+        loaded.records.push_back(std::move(record));
+    };
+    loaded.status = path ? PropertyListReader::readCollection(*path, key, onRecord)
+                         : PropertyListReader::readCollection(*data, key, onRecord);
+    return loaded;
+}
+
+DatabaseStore::Loaded readMaterials(const QString *path, const QByteArray *data)
+{
+    DatabaseStore::Loaded loaded;
+    auto onRecord = [&](const Dict &dict) {
+        auto line = std::make_shared<Material>();
+        applyFields(*line, dict, materialFields(), "id", "contact");
+        const QString *id = dict.find("id");
+        const QString *contact = dict.find("contact");
+        if (contact)
+            line->setContact(NumberText::intValue(*contact));
+        loaded.storedIds.push_back(id ? NumberText::intValue(*id) : 0);
+        loaded.hasContact.push_back(contact != nullptr);
+        loaded.records.push_back(std::move(line));
+    };
+    loaded.status = path ? PropertyListReader::readCollection(*path, "materials", onRecord)
+                         : PropertyListReader::readCollection(*data, "materials", onRecord);
+    return loaded;
+}
+
+DatabaseStore::Loaded readKind(DatabaseStore::Kind kind, const QString *path, const QByteArray *data)
+{
+    DatabaseStore::Loaded loaded;
+    const char *key = DatabaseStore::spec(kind).collectionKey;
+    switch (kind) {
+    case DatabaseStore::Kind::Contacts: loaded = readRecords(path, data, key, contactFields()); break;
+    case DatabaseStore::Kind::Orders: loaded = readRecords(path, data, key, orderFields()); break;
+    case DatabaseStore::Kind::Items: loaded = readRecords(path, data, key, itemFields()); break;
+    case DatabaseStore::Kind::Materials: loaded = readMaterials(path, data); break;
+    case DatabaseStore::Kind::Bills: loaded = readRecords(path, data, key, billFields()); break;
+    case DatabaseStore::Kind::Actions: loaded = readRecords(path, data, key, actionFields()); break;
+    }
+    if (loaded.status != PropertyListReader::Status::Ok) {
+        // A damaged file reads as having no records.
+        loaded.error = PropertyListReader::lastError();
+        loaded.records.clear();
+        loaded.storedIds.clear();
+        loaded.hasContact.clear();
+    }
+    return loaded;
+}
+
+} // namespace
+
+const std::array<DatabaseStore::FileSpec, 6> &DatabaseStore::files()
+{
+    static const std::array<FileSpec, 6> specs{{
+        {Kind::Contacts, "contacts.xml", "contacts", "contacts"},
+        {Kind::Orders, "orders.xml", "orders", "orders"},
+        {Kind::Items, "items.xml", "products", "items"},
+        {Kind::Materials, "itemsordered.xml", "materials", "materials"},
+        {Kind::Bills, "bills.xml", "bills", "bills"},
+        {Kind::Actions, "actions.xml", "actions", "actions"},
+    }};
+    return specs;
+}
+
+const DatabaseStore::FileSpec &DatabaseStore::spec(Kind kind)
+{
+    return files()[size_t(kind)];
+}
+
+DatabaseStore::Loaded DatabaseStore::read(Kind kind, const QString &folder)
+{
+    const QString path = QDir(folder).filePath(QString::fromLatin1(spec(kind).fileName));
+    return readKind(kind, &path, nullptr);
+}
+
+DatabaseStore::Loaded DatabaseStore::readData(Kind kind, const QByteArray &data)
+{
+    return readKind(kind, nullptr, &data);
+}
+
+bool DatabaseStore::serialize(Kind kind, const lwDataSource &collection, QByteArray &out, QString *error)
+{
+    // Roughly the size of the file last time, to avoid growing the buffer.
+    static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
+    PropertyListWriter writer(spec(kind).collectionKey, qsizetype(collection.getCount()) * bytesPerRecord[size_t(kind)]);
+    bool ok = true;
+    switch (kind) {
+    case Kind::Contacts: ok = writeRecords(writer, collection, contactFields(), error); break;
+    case Kind::Orders: ok = writeRecords(writer, collection, orderFields(), error); break;
+    case Kind::Items: ok = writeRecords(writer, collection, itemFields(), error); break;
+    case Kind::Materials: ok = writeRecords(writer, collection, materialFields(), error); break;
+    case Kind::Bills: ok = writeRecords(writer, collection, billFields(), error); break;
+    case Kind::Actions: ok = writeRecords(writer, collection, actionFields(), error); break;
+    }
+    if (!ok)
+        return false;
+    writer.finish();
+    out = writer.data();
+    return true;
+}

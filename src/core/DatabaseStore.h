@@ -1,0 +1,56 @@
+#pragma once
+
+#include "core/PropertyListReader.h"
+#include "core/dataObject.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+class lwDataSource;
+
+// The six record files of a database bundle: which file holds which kind,
+// and how each record is read from and written to its property list.
+//
+// Reading builds the records without touching any collection, so the files
+// can be read side by side on several threads; the controller then adds them
+// to its managers in the fixed order on the main thread.
+class DatabaseStore
+{
+public:
+    enum class Kind { Contacts, Orders, Items, Materials, Bills, Actions };
+
+    struct FileSpec
+    {
+        Kind kind;
+        const char *fileName;      // "contacts.xml"
+        const char *collectionKey; // "contacts"; items are stored under "products"
+        const char *name;          // "contacts", as the log lines name the collection
+    };
+    // The six files in the fixed order of reading and writing.
+    static const std::array<FileSpec, 6> &files();
+    static const FileSpec &spec(Kind kind);
+
+    struct Loaded
+    {
+        PropertyListReader::Status status = PropertyListReader::Status::Missing;
+        QString error; // why an unreadable file could not be read
+        std::vector<std::shared_ptr<dataObject>> records;
+        // Material lines only, one per record: the stored id (applied after
+        // the line has entered its collection) and whether a contact was stored.
+        std::vector<int> storedIds;
+        std::vector<bool> hasContact;
+    };
+    // Reads one record file of the bundle folder. A file that exists but
+    // cannot be read yields no records and the status Unreadable.
+    static Loaded read(Kind kind, const QString &folder);
+    static Loaded readData(Kind kind, const QByteArray &data);
+
+    // The whole file for the records of a collection, in collection order,
+    // hidden records included. Fails (false, with the reason) only for an
+    // action holding no value in a field that must always be written.
+    static bool serialize(Kind kind, const lwDataSource &collection, QByteArray &out, QString *error = nullptr);
+};

@@ -1,0 +1,357 @@
+#include "accounts/Action.h"
+#include "accounts/Bill.h"
+#include "contacts/Contact.h"
+#include "core/DatabasePaths.h"
+#include "core/DatabaseStore.h"
+#include "core/Ledgerwick.h"
+#include "core/lwDataSource.h"
+#include "orders/Material.h"
+#include "orders/Order.h"
+#include "products/Item.h"
+#include "support/LogCapture.h"
+#include "support/ScriptedPlatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool copyFolder(const QString &from, const QString &to)
+{
+    QDir().mkpath(to);
+    const QStringList names = QDir(from).entryList(QDir::Files);
+    for (const QString &name : names)
+        if (!QFile::copy(QDir(from).filePath(name), QDir(to).filePath(name)))
+            return false;
+    return true;
+}
+
+// Every file of a bundle serialized again from the loaded collections.
+QList<QByteArray> serializeAll(const Ledgerwick &ledgerwick)
+{
+    QList<QByteArray> out;
+    for (const auto &file : DatabaseStore::files()) {
+        QByteArray bytes;
+        DatabaseStore::serialize(file.kind, *ledgerwick.manager(file.kind), bytes);
+        out << bytes;
+    }
+    return out;
+}
+
+} // namespace
+
+class TestDatabase : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void firstStartCreatesTheLockAndTheBundle();
+    void aLockMakesTheCopyReadOnly();
+    void actionSavesReleaseTheLock();
+    void savesWriteOnlyTheFileAsked();
+    void readsAnotherWritersBundleAndWritesItBack();
+    void materialIdsCountOnFromTheNumberLoaded();
+    void hiddenRecordsAndAnyTextSurvive();
+    void damagedFilesAreKeptAside();
+    void checkingNeverWrites();
+
+private:
+    QString bundle() const { return m_home->filePath(QStringLiteral("db.lwkdb")); }
+    QTemporaryDir *m_home = nullptr;
+    ScriptedPlatform m_platform;
+};
+
+void TestDatabase::init()
+{
+    m_home = new QTemporaryDir;
+    QVERIFY(m_home->isValid());
+    qputenv("HOME", m_home->path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
+    m_platform = ScriptedPlatform();
+}
+
+void TestDatabase::cleanup()
+{
+    delete m_home;
+    m_home = nullptr;
+}
+
+void TestDatabase::firstStartCreatesTheLockAndTheBundle()
+{
+    LogCapture log;
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.readDatabase();
+    const QString standard = DatabasePaths::standardBundleFolder();
+    QCOMPARE(ledgerwick.originalDbLocation(), standard);
+    for (const auto &file : DatabaseStore::files())
+        QCOMPARE(ledgerwick.manager(file.kind)->getCount(), 0);
+    QCOMPARE(log.lines(), QStringList({
+                              QStringLiteral("reading db, starting contacts"),
+                              QStringLiteral("can't find contacts at ") + standard + QStringLiteral("/contacts.xml"),
+                              QStringLiteral("reading db, starting orders"),
+                              QStringLiteral("reading db, starting items"),
+                              QStringLiteral("reading db, starting materials"),
+                              QStringLiteral("reading db, starting bills"),
+                              QStringLiteral("reading db, starting actions"),
+                              QStringLiteral("lock written successfully"),
+                          }));
+    QVERIFY(!ledgerwick.isReadOnly());
+    const QByteArray lock = fileBytes(standard + QStringLiteral("/lock.xml"));
+    QVERIFY(lock.contains("<key>datetime</key>"));
+    QVERIFY(QRegularExpression(QStringLiteral("<string>\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d [+-]\\d{4}</string>"))
+                .match(QString::fromUtf8(lock))
+                .hasMatch());
+
+    // The save at quit writes all six files and releases the lock.
+    log.clear();
+    QVERIFY(ledgerwick.writeDatabase(&ledgerwick));
+    for (const auto &file : DatabaseStore::files())
+        QVERIFY(QFile::exists(standard + QLatin1Char('/') + QLatin1String(file.fileName)));
+    QVERIFY(!QFile::exists(standard + QStringLiteral("/lock.xml")));
+    QVERIFY(log.lines().isEmpty());
+}
+
+void TestDatabase::aLockMakesTheCopyReadOnly()
+{
+    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
+    QFile lock(bundle() + QStringLiteral("/lock.xml"));
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    lock.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n\t<key>datetime</key>\n"
+               "\t<string>2007-03-01 14:05:09 +0000</string>\n</dict>\n</plist>\n");
+    lock.close();
+    const QByteArray before = fileBytes(bundle() + QStringLiteral("/contacts.xml"));
+
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    QSignalSpy found(&ledgerwick, &Ledgerwick::lockFound);
+    ledgerwick.readDatabase();
+    QVERIFY(ledgerwick.isReadOnly());
+    QCOMPARE(found.count(), 1);
+    QCOMPARE(found.at(0).at(0).toString(), QStringLiteral("2007-03-01 14:05:09 +0000"));
+    QCOMPARE(ledgerwick.contactManager()->getCount(), 2);
+
+    QVERIFY(!ledgerwick.itemManager()->readOnlyCheck());
+    QCOMPARE(m_platform.alerts.size(), 1);
+    QCOMPARE(m_platform.alerts.at(0).informativeText, QStringLiteral("Database is in read-only mode."));
+
+    QVERIFY(!ledgerwick.writeDatabase(&ledgerwick));
+    QVERIFY(!ledgerwick.writeDatabase(ledgerwick.actionManager()));
+    QCOMPARE(fileBytes(bundle() + QStringLiteral("/contacts.xml")), before);
+    QVERIFY(QFile::exists(bundle() + QStringLiteral("/lock.xml")));
+}
+
+void TestDatabase::actionSavesReleaseTheLock()
+{
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    QVERIFY(QFile::exists(bundle() + QStringLiteral("/lock.xml")));
+
+    LogCapture log;
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.actionManager()));
+    QVERIFY(QFile::exists(bundle() + QStringLiteral("/actions.xml")));
+    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/contacts.xml")));
+    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
+    QVERIFY(log.lines().isEmpty());
+
+    // Quitting afterwards saves everything and finds no lock to remove.
+    ledgerwick.writeDatabase(&ledgerwick);
+    QCOMPARE(log.lines(), QStringList{QStringLiteral("error: lock not removed from database")});
+    QVERIFY(QFile::exists(bundle() + QStringLiteral("/contacts.xml")));
+}
+
+void TestDatabase::savesWriteOnlyTheFileAsked()
+{
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.itemManager()));
+    QVERIFY(QFile::exists(bundle() + QStringLiteral("/items.xml")));
+    QCOMPARE(QDir(bundle()).entryList(QDir::Files), QStringList({QStringLiteral("items.xml"), QStringLiteral("lock.xml")}));
+
+    // A save asked by anything that is not a manager writes nothing.
+    QObject checkout;
+    QVERIFY(!ledgerwick.writeDatabase(&checkout));
+    QVERIFY(!ledgerwick.writeDatabase(nullptr));
+    QCOMPARE(QDir(bundle()).entryList(QDir::Files).size(), 2);
+}
+
+void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
+{
+    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+
+    auto *company = dynamic_cast<Contact *>(ledgerwick.contactManager()->getItemById(3));
+    auto *person = dynamic_cast<Contact *>(ledgerwick.contactManager()->getItemById(7));
+    QVERIFY(company && person);
+    QCOMPARE(company->getCompanyName(), QStringLiteral("Fish & Chips <Ltd>"));
+    QCOMPARE(company->getWebsite(), QStringLiteral("http://example.org/?a=1&b=2"));
+    QCOMPARE(person->getName(), QString::fromUtf8("Zoë Ångström"));
+    QCOMPARE(person->getCompany(), 3);
+    QCOMPARE(person->getComments(), QStringLiteral("line one\rline two\nline three\ttabbed"));
+    QCOMPARE(person->getEmail(), QStringLiteral("zoe<at>example.org"));
+
+    auto *order = dynamic_cast<Order *>(ledgerwick.orderManager()->getItemById(5));
+    QVERIFY(order);
+    QCOMPARE(order->getContactId(), 7);
+    QVERIFY(order->getIncludeBOM());
+    QVERIFY(order->getSent());
+    QVERIFY(!order->getRepeats());
+    QCOMPARE(order->getValue(), QStringLiteral("120"));
+    QCOMPARE(order->getDescription(), QStringLiteral("Oak & brass, \"quoted\" 5 > 4"));
+    auto *other = dynamic_cast<Order *>(ledgerwick.orderManager()->getItemById(6));
+    QVERIFY(other);
+    QCOMPARE(other->getSent(), Order().getSent()); // only "YES" turns a flag on
+
+    auto *item = dynamic_cast<Item *>(ledgerwick.itemManager()->getItemById(2));
+    QVERIFY(item);
+    QVERIFY(item->getDecreaseQty());
+    QVERIFY(item->getExportSitemoss());
+    QVERIFY(!item->getHideButtonCode()); // absent reads as off, although new items start on
+    QCOMPARE(item->getQty(), QStringLiteral("14"));
+    QCOMPARE(item->getQuantityMethod(), QStringLiteral("each"));
+    QCOMPARE(item->getItem(), QString::fromUtf8("Brass hinge ½\""));
+
+    auto *bill = dynamic_cast<Bill *>(ledgerwick.billManager()->getItemById(1));
+    QVERIFY(bill);
+    QCOMPARE(bill->getName(), QStringLiteral("Rent & rates"));
+    auto *action = dynamic_cast<Action *>(ledgerwick.actionManager()->getItemById(1));
+    QVERIFY(action);
+    QVERIFY(action->isComplete());
+    QVERIFY(action->isAlarm());
+    QCOMPARE(action->getTitle(), QString::fromUtf8("Call Zoë"));
+    QCOMPARE(action->getDetails(), Action().getDetails()); // absent: the default stays
+
+    // Material lines: the stored contact, or the contact of the line's order.
+    auto *stored = dynamic_cast<Material *>(ledgerwick.bomManager()->getItemById(4));
+    auto *derived = dynamic_cast<Material *>(ledgerwick.bomManager()->getItemById(9));
+    auto *orphan = dynamic_cast<Material *>(ledgerwick.bomManager()->getItemById(12));
+    QVERIFY(stored && derived && orphan);
+    QCOMPARE(stored->getContact(), 9);
+    QCOMPARE(derived->getContact(), 7);
+    QCOMPARE(orphan->getContact(), 0);
+    QCOMPARE(derived->getUnit(), QStringLiteral("hours"));
+
+    // Saved and read again, every record keeps every value.
+    const QList<QByteArray> first = serializeAll(ledgerwick);
+    QVERIFY(ledgerwick.writeDatabase(&ledgerwick));
+    Ledgerwick again(&m_platform);
+    again.setDatabaseLocation(bundle());
+    again.readDatabase();
+    QCOMPARE(serializeAll(again), first);
+    QCOMPARE(fileBytes(bundle() + QStringLiteral("/orders.xml")), first.at(1));
+    // A new order without a contact is written with "contact" 0; the empty
+    // date of order 5 is left out.
+    QVERIFY(first.at(1).contains("<key>contact</key>\n\t\t\t<string>0</string>"));
+    QVERIFY(first.at(0).contains("<key>company</key>\n\t\t\t<string>0</string>"));
+}
+
+void TestDatabase::materialIdsCountOnFromTheNumberLoaded()
+{
+    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    lwDataSource *lines = ledgerwick.bomManager();
+    QCOMPARE(lines->getCount(), 3);
+    QCOMPARE(lines->highestId(), 3);
+    auto fresh = std::make_shared<Material>(5);
+    lines->add(fresh);
+    QCOMPARE(fresh->getID(), 4); // the same id as the stored line 4
+    QCOMPARE(lines->getItemById(4), lines->getnthItem(0));
+    // The other collections keep the stored ids.
+    QCOMPARE(ledgerwick.contactManager()->highestId(), 7);
+}
+
+void TestDatabase::hiddenRecordsAndAnyTextSurvive()
+{
+    const QString tricky = QString::fromUtf8("Zoë & <Co> \"quoted\" 'single'\r\nline\ttab ]]> &amp; 東京 😀");
+    {
+        Ledgerwick ledgerwick(&m_platform);
+        ledgerwick.setDatabaseLocation(bundle());
+        ledgerwick.readDatabase();
+        auto hidden = std::make_shared<Contact>();
+        hidden->setName(tricky);
+        hidden->setComments(tricky);
+        ledgerwick.contactManager()->add(hidden);
+        hidden->setVisible(false);
+        auto bill = std::make_shared<Bill>();
+        bill->setDetails(tricky);
+        ledgerwick.billManager()->add(bill);
+        auto action = std::make_shared<Action>();
+        action->setTitle(QString());
+        ledgerwick.actionManager()->add(action);
+        QVERIFY(ledgerwick.writeDatabase(&ledgerwick));
+    }
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    auto *contact = dynamic_cast<Contact *>(ledgerwick.contactManager()->getItemById(1));
+    QVERIFY(contact);
+    QCOMPARE(contact->getName(), tricky);
+    QCOMPARE(contact->getComments(), tricky);
+    QCOMPARE(dynamic_cast<Bill *>(ledgerwick.billManager()->getItemById(1))->getDetails(), tricky);
+    // An action is written with every field, empty ones included.
+    const QByteArray actions = fileBytes(bundle() + QStringLiteral("/actions.xml"));
+    for (const char *key : {"details", "enddate", "endtime", "rate", "startdate", "starttime", "title", "totalcharge",
+                            "totaltime", "totaltimeunits", "complete", "alarm", "alarmacknowledged"})
+        QVERIFY2(actions.contains(QByteArray(QByteArray("<key>") + key + "</key>")), key);
+}
+
+void TestDatabase::damagedFilesAreKeptAside()
+{
+    QDir().mkpath(bundle());
+    const QByteArray damaged = "<?xml version=\"1.0\"?><plist><dict><key>contacts</key><array><dict><key>name</key>"
+                               "<string>Half a recor";
+    {
+        QFile file(bundle() + QStringLiteral("/contacts.xml"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(damaged);
+    }
+    LogCapture log;
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    QCOMPARE(ledgerwick.contactManager()->getCount(), 0);
+    QVERIFY(log.lines().filter(QStringLiteral("contacts.xml could not be read")).size() == 1);
+
+    ledgerwick.contactManager()->add(std::make_shared<Contact>());
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.contactManager()));
+    const QStringList aside = QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files);
+    QCOMPARE(aside.size(), 1);
+    QVERIFY(QRegularExpression(QStringLiteral("^contacts\\.xml\\.unreadable-\\d{8}-\\d{6}$")).match(aside.at(0)).hasMatch());
+    QCOMPARE(fileBytes(bundle() + QLatin1Char('/') + aside.at(0)), damaged);
+    QVERIFY(log.lines().contains(QStringLiteral("contacts.xml could not be read at start; kept as ") + aside.at(0)));
+    QVERIFY(fileBytes(bundle() + QStringLiteral("/contacts.xml")).contains("<key>contacts</key>"));
+
+    // Only once: the next save just writes.
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.contactManager()));
+    QCOMPARE(QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files).size(), 1);
+}
+
+void TestDatabase::checkingNeverWrites()
+{
+    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase(false);
+    QVERIFY(!ledgerwick.isReadOnly());
+    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
+    QCOMPARE(ledgerwick.orderManager()->getCount(), 2);
+}
+
+QTEST_GUILESS_MAIN(TestDatabase)
+#include "tst_database.moc"
