@@ -5,3 +5,5 @@
 // Each command takes the arguments after its name and answers the exit status.
 // Results go to standard output, messages to standard error.
 int convertCommand(const QStringList &args);
+int checkCommand(const QStringList &args);
+int saveCommand(const QStringList &args);

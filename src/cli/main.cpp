@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include <QGuiApplication>
+#include <QLoggingCategory>
 
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +17,10 @@ struct Command
 };
 
 const Command kCommands[] = {
+    {"check", "check [--db BUNDLE]        load the database as the app does (never writing) and count its records",
+     checkCommand},
+    {"save", "save [--db BUNDLE]         load the database, take its lock, save every file, release the lock",
+     saveCommand},
     {"convert", "convert IN OUT            convert a document between .rtf, .rtfd, .html, .txt and .pdf",
      convertCommand},
 };
@@ -30,6 +35,7 @@ void printHelp(FILE *out)
         std::fprintf(out, "  %s\n", command.synopsis);
     std::fprintf(out,
                  "\nOptions:\n"
+                 "  --verbose                 print the system log on standard error\n"
                  "  -h, --help                show this help\n"
                  "  -v, --version             show the version\n");
 }
@@ -48,6 +54,10 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(LW_VERSION));
 
     QStringList args = QCoreApplication::arguments().mid(1);
+    // The system log stays quiet unless asked for: standard error is for
+    // the command's own messages.
+    if (args.removeAll(QStringLiteral("--verbose")) == 0)
+        QLoggingCategory::setFilterRules(QStringLiteral("ledgerwick.info=false"));
     if (args.isEmpty() || args.first() == QLatin1String("-h") || args.first() == QLatin1String("--help")
         || args.first() == QLatin1String("help")) {
         printHelp(stdout);

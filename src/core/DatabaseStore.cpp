@@ -34,31 +34,24 @@ struct Field
 {
     const char *key;
     Rule rule;
-    QString (*get)(const R &);
+    // One of the three readers is set, after the rule.
+    const QString &(*text)(const R &);
+    int (*integer)(const R &);
+    bool (*flag)(const R &);
     void (*set)(R &, const QString &);
 };
 
-QString flagText(bool on)
-{
-    return on ? QStringLiteral("YES") : QStringLiteral("NO");
-}
-
-QString intText(int value)
-{
-    return QString::number(value);
-}
-
 #define LW_TEXT(R, key, getter, setter)                                                                                 \
-    Field<R> { key, Rule::Text, [](const R &r) -> QString { return r.getter(); },                                      \
+    Field<R> { key, Rule::Text, [](const R &r) -> const QString & { return r.getter(); }, nullptr, nullptr,             \
                [](R &r, const QString &v) { r.setter(v); } }
 #define LW_TEXT_ALWAYS(R, key, getter, setter)                                                                          \
-    Field<R> { key, Rule::TextAlways, [](const R &r) -> QString { return r.getter(); },                                \
+    Field<R> { key, Rule::TextAlways, [](const R &r) -> const QString & { return r.getter(); }, nullptr, nullptr,       \
                [](R &r, const QString &v) { r.setter(v); } }
 #define LW_INT(R, key, rule, getter, setter)                                                                            \
-    Field<R> { key, rule, [](const R &r) -> QString { return intText(r.getter()); },                                   \
+    Field<R> { key, rule, nullptr, [](const R &r) -> int { return r.getter(); }, nullptr,                              \
                [](R &r, const QString &v) { r.setter(NumberText::intValue(v)); } }
 #define LW_FLAG(R, key, rule, getter, setter)                                                                           \
-    Field<R> { key, rule, [](const R &r) -> QString { return flagText(r.getter()); },                                  \
+    Field<R> { key, rule, nullptr, nullptr, [](const R &r) -> bool { return r.getter(); },                             \
                [](R &r, const QString &v) { r.setter(v == QLatin1String("YES")); } }
 
 // The key tables, each sorted by key as the platform's writer orders them.
@@ -247,20 +240,31 @@ template<class R>
 bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, const std::vector<Field<R>> &table,
                   QString *error)
 {
+    // The mark-up opening each field, made once per table.
+    static const std::vector<PropertyListWriter::Key> keys = [&] {
+        std::vector<PropertyListWriter::Key> made;
+        for (const Field<R> &field : table)
+            made.emplace_back(field.key);
+        return made;
+    }();
     for (const auto &shared : collection.records()) {
         const auto *typed = dynamic_cast<const R *>(shared.get());
         if (!typed)
             continue; // not a record of this file's kind
         const R &record = *typed;
         writer.beginRecord();
-        for (const Field<R> &field : table) {
-            const QString value = field.get(record);
+        for (size_t k = 0; k < table.size(); ++k) {
+            const Field<R> &field = table[k];
+            const PropertyListWriter::Key &key = keys[k];
             switch (field.rule) {
-            case Rule::Text:
+            case Rule::Text: {
+                const QString &value = field.text(record);
                 if (!value.isEmpty())
-                    writer.field(field.key, value);
+                    writer.field(key, value);
                 break;
-            case Rule::TextAlways:
+            }
+            case Rule::TextAlways: {
+                const QString &value = field.text(record);
                 if (value.isNull()) {
                     if (error)
                         *error = QStringLiteral("record %1 has no value for \"%2\"")
@@ -268,10 +272,17 @@ bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, co
                                      .arg(QLatin1String(field.key));
                     return false;
                 }
-                writer.field(field.key, value);
+                writer.field(key, value);
                 break;
-            default:
-                writer.field(field.key, value);
+            }
+            case Rule::Int:
+            case Rule::IntAlways:
+                writer.field(key, field.integer(record));
+                break;
+            case Rule::Flag:
+            case Rule::FlagAlways:
+                writer.field(key, std::string_view(field.flag(record) ? "YES" : "NO"));
+                break;
             }
         }
         writer.endRecord();

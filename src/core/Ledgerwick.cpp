@@ -159,52 +159,56 @@ void Ledgerwick::readDatabase(bool takeLock)
     setReadOnly(false);
 }
 
-void Ledgerwick::keepUnreadableAside(Kind kind, const QString &path)
+QString Ledgerwick::keepUnreadableAside(Kind kind, const QString &path)
 {
     // A file that could not be read is never replaced by what little was
     // loaded from it: it is copied aside first, once.
     if (!m_unreadable[size_t(kind)])
-        return;
+        return {};
     if (!QFile::exists(path)) {
         m_unreadable[size_t(kind)] = false;
-        return;
+        return {};
     }
     const QString stamp = CalendarDate::currentDate().toString(QStringLiteral("%Y%m%d-%H%M%S"));
     QString aside = path + QStringLiteral(".unreadable-") + stamp;
     for (int n = 2; QFile::exists(aside); ++n)
         aside = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
-    if (QFile::copy(path, aside)) {
-        lwLog(QStringLiteral("%1 could not be read at start; kept as %2")
-                  .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName()));
-        m_unreadable[size_t(kind)] = false;
-    }
+    if (!QFile::copy(path, aside))
+        return {};
+    m_unreadable[size_t(kind)] = false;
+    return QStringLiteral("%1 could not be read at start; kept as %2")
+        .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName());
 }
 
-Ledgerwick::WriteResult Ledgerwick::writeFile(Kind kind)
+Ledgerwick::WriteOutcome Ledgerwick::writeFile(Kind kind)
 {
+    WriteOutcome outcome;
     const auto &file = DatabaseStore::spec(kind);
     const QString path = QDir(m_originalDbLocation).filePath(QString::fromLatin1(file.fileName));
     const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
-    keepUnreadableAside(kind, path);
+    const QString kept = keepUnreadableAside(kind, path);
+    if (!kept.isEmpty())
+        outcome.log << kept;
     if (m_unreadable[size_t(kind)]) {
-        lwLog(failure);
-        lwLog(QStringLiteral("error: the unreadable file could not be set aside"));
-        return WriteResult::Failed;
+        outcome.log << failure << QStringLiteral("error: the unreadable file could not be set aside");
+        outcome.result = WriteResult::Failed;
+        return outcome;
     }
     QByteArray bytes;
     QString error;
     if (!DatabaseStore::serialize(kind, *m_managers[size_t(kind)], bytes, &error)) {
         // A record that cannot be written stops the save here.
-        lwLog(failure);
-        lwLog(QStringLiteral("error: ") + error);
-        return WriteResult::Stopped;
+        outcome.log << failure << QStringLiteral("error: ") + error;
+        outcome.result = WriteResult::Stopped;
+        return outcome;
     }
     if (!PropertyListWriter::writeFile(path, bytes, &error)) {
-        lwLog(failure);
-        lwLog(QStringLiteral("error: ") + error);
-        return WriteResult::Failed;
+        outcome.log << failure << QStringLiteral("error: ") + error;
+        outcome.result = WriteResult::Failed;
+        return outcome;
     }
-    return WriteResult::Written;
+    outcome.result = WriteResult::Written;
+    return outcome;
 }
 
 bool Ledgerwick::writeDatabase(QObject *which)
@@ -227,14 +231,38 @@ bool Ledgerwick::writeDatabase(QObject *which)
     if (m_lockLocation.isEmpty())
         m_lockLocation = QDir(m_originalDbLocation).filePath(QStringLiteral("lock.xml"));
 
+    // The files are built and written side by side; what went wrong is then
+    // logged in the fixed order.
+    std::vector<Kind> queue;
+    for (const auto &file : DatabaseStore::files())
+        if (all || which == m_managers[size_t(file.kind)])
+            queue.push_back(file.kind);
+    std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
+        return m_managers[size_t(a)]->getCount() > m_managers[size_t(b)]->getCount();
+    });
+    std::array<WriteOutcome, 6> outcomes;
+    std::atomic<size_t> next{0};
+    auto work = [&] {
+        for (size_t i = next++; i < queue.size(); i = next++)
+            outcomes[size_t(queue[i])] = writeFile(queue[i]);
+    };
+    std::vector<std::thread> threads;
+    if (queue.size() > 1 && std::thread::hardware_concurrency() > 1)
+        threads.emplace_back(work);
+    work();
+    for (std::thread &thread : threads)
+        thread.join();
+
     bool ok = true;
     for (const auto &file : DatabaseStore::files()) {
         if (!all && which != m_managers[size_t(file.kind)])
             continue;
-        const WriteResult result = writeFile(file.kind);
-        if (result == WriteResult::Stopped)
+        const WriteOutcome &outcome = outcomes[size_t(file.kind)];
+        for (const QString &line : outcome.log)
+            lwLog(line);
+        if (outcome.result == WriteResult::Stopped)
             return false; // and the lock stays
-        ok = ok && result == WriteResult::Written;
+        ok = ok && outcome.result == WriteResult::Written;
     }
     if (!all && which != actionManager())
         return ok;

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 
@@ -73,8 +74,15 @@ Q_SIGNALS:
 
 private:
     enum class WriteResult { Written, Failed, Stopped };
-    WriteResult writeFile(DatabaseStore::Kind kind);
-    void keepUnreadableAside(DatabaseStore::Kind kind, const QString &path);
+    struct WriteOutcome
+    {
+        WriteResult result = WriteResult::Failed;
+        QStringList log; // lines to log, in order
+    };
+    // Builds and writes one file; safe to run for different kinds at once.
+    WriteOutcome writeFile(DatabaseStore::Kind kind);
+    // Copies an unreadable file aside before it is first replaced; answers the line to log.
+    QString keepUnreadableAside(DatabaseStore::Kind kind, const QString &path);
 
     Platform *m_platform = nullptr; // not owned: the app, CLI or test installs it
     bool m_readOnly = false;

@@ -233,6 +233,13 @@ QString format(const char *pattern, double value)
     switch (spec.conversion) {
     case 'd':
     case 'i':
+        // Truncated like a cast, but saturated where a cast would be undefined.
+        if (!(value == value))
+            return format(pattern, 0);
+        if (value >= 2147483647.0)
+            return format(pattern, INT_MAX);
+        if (value <= -2147483648.0)
+            return format(pattern, INT_MIN);
         return format(pattern, int(value));
     case 0:
         return QString::fromLatin1(spec.prefix);

@@ -2,7 +2,13 @@
 
 #include <QSaveFile>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
+#include <charconv>
+#include <cstring>
 
 namespace {
 
@@ -33,75 +39,171 @@ void appendKey(QByteArray &out, const char *indent, std::string_view key)
 
 PropertyListWriter::PropertyListWriter(std::string_view collectionKey, qsizetype expectedBytes)
 {
-    m_out.reserve(expectedBytes + 512);
-    m_out.append(kHeader);
-    appendKey(m_out, "\t", collectionKey);
-    m_out.append("\t<array>\n");
+    QByteArray head(kHeader);
+    appendKey(head, "\t", collectionKey);
+    head.append("\t<array>\n");
+    grow(std::max<qsizetype>(expectedBytes, 4096) + head.size());
+    append(std::string_view(head.constData(), size_t(head.size())));
+}
+
+void PropertyListWriter::grow(qsizetype n)
+{
+    m_out.resize(std::max(m_capacity * 2, m_used + n + 4096));
+    m_data = m_out.data();
+    m_capacity = m_out.size();
 }
 
 void PropertyListWriter::beginRecord()
 {
-    m_out.append("\t\t<dict>\n");
+    append("\t\t<dict>\n");
+}
+
+PropertyListWriter::Key::Key(std::string_view name)
+    : m_name(name), m_opening("\t\t\t<key>" + std::string(name) + "</key>\n\t\t\t<string>")
+{
+}
+
+void PropertyListWriter::openField(std::string_view key)
+{
+    append("\t\t\t<key>");
+    append(key);
+    append("</key>\n\t\t\t<string>");
+}
+
+void PropertyListWriter::text(const QString &value)
+{
+    char *d = room(5 * value.size());
+    m_used = encodeEscaped(d, value) - m_data;
+}
+
+void PropertyListWriter::number(int value)
+{
+    char *d = room(16);
+    m_used = std::to_chars(d, d + 16, value).ptr - m_data;
 }
 
 void PropertyListWriter::field(std::string_view key, const QString &value)
 {
-    appendKey(m_out, "\t\t\t", key);
-    m_out.append("\t\t\t<string>");
-    appendEscaped(m_out, value);
-    m_out.append("</string>\n");
+    openField(key);
+    text(value);
+    closeField();
+}
+
+void PropertyListWriter::field(std::string_view key, int value)
+{
+    openField(key);
+    number(value);
+    closeField();
+}
+
+void PropertyListWriter::field(std::string_view key, std::string_view asciiValue)
+{
+    openField(key);
+    append(asciiValue);
+    closeField();
+}
+
+void PropertyListWriter::field(const Key &key, const QString &value)
+{
+    append(key.opening());
+    text(value);
+    closeField();
+}
+
+void PropertyListWriter::field(const Key &key, int value)
+{
+    append(key.opening());
+    number(value);
+    closeField();
+}
+
+void PropertyListWriter::field(const Key &key, std::string_view asciiValue)
+{
+    append(key.opening());
+    append(asciiValue);
+    closeField();
 }
 
 void PropertyListWriter::endRecord()
 {
-    m_out.append("\t\t</dict>\n");
+    append("\t\t</dict>\n");
 }
 
 void PropertyListWriter::finish()
 {
-    m_out.append("\t</array>\n");
-    m_out.append(kFooter);
+    append("\t</array>\n");
+    append(kFooter);
+    m_out.resize(m_used);
+    m_data = m_out.data();
+    m_capacity = m_used;
 }
 
 void PropertyListWriter::appendEscaped(QByteArray &out, const QString &text)
 {
+    const qsizetype at = out.size();
+    out.resize(at + 5 * text.size());
+    out.resize(encodeEscaped(out.data() + at, text) - out.constData());
+}
+
+// Writes the text as UTF-8 with the markup characters escaped; the caller
+// provides five bytes of room per UTF-16 unit (the longest escape).
+char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
+{
     const auto *s = reinterpret_cast<const char16_t *>(text.constData());
     const qsizetype n = text.size();
-    // ASCII runs without markup characters are copied in one go.
     qsizetype i = 0;
+#ifdef __SSE2__
+    const __m128i highBits = _mm_set1_epi16(short(0xFF80));
+    const __m128i amp = _mm_set1_epi16('&'), lt = _mm_set1_epi16('<'), gt = _mm_set1_epi16('>');
+    const __m128i zero = _mm_setzero_si128();
+#endif
     while (i < n) {
-        qsizetype run = i;
-        while (run < n && s[run] < 0x80 && s[run] != u'&' && s[run] != u'<' && s[run] != u'>')
-            ++run;
-        if (run > i) {
-            const qsizetype start = out.size();
-            out.resize(start + (run - i));
-            char *dst = out.data() + start;
-            for (qsizetype k = i; k < run; ++k)
-                *dst++ = char(s[k]);
-            i = run;
-            if (i >= n)
+#ifdef __SSE2__
+        // Eight units at a time while they are plain ASCII without mark-up.
+        while (i + 8 <= n) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s + i));
+            const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(v, highBits), zero);
+            const __m128i markup = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, amp), _mm_cmpeq_epi16(v, lt)),
+                                                _mm_cmpeq_epi16(v, gt));
+            if (_mm_movemask_epi8(_mm_andnot_si128(markup, ascii)) != 0xFFFF)
                 break;
+            _mm_storel_epi64(reinterpret_cast<__m128i *>(d), _mm_packus_epi16(v, v));
+            d += 8;
+            i += 8;
         }
-        const char16_t c = s[i];
-        if (c == u'&') {
-            out.append("&amp;");
-            ++i;
-        } else if (c == u'<') {
-            out.append("&lt;");
-            ++i;
-        } else if (c == u'>') {
-            out.append("&gt;");
-            ++i;
-        } else {
-            // A run of non-ASCII text, converted as a whole.
-            qsizetype end = i;
-            while (end < n && s[end] >= 0x80)
-                ++end;
-            out.append(QStringView(s + i, end - i).toUtf8());
-            i = end;
+#endif
+        // The units that stopped the fast path, one by one.
+        for (const qsizetype stop = std::min(n, i + 8); i < stop; ++i) {
+            const char16_t c = s[i];
+            if (c > u'>' && c < 0x80) { // letters and most punctuation: the common case
+                *d++ = char(c);
+            } else if (c < 0x80) {
+                switch (c) {
+                case u'&': std::memcpy(d, "&amp;", 5); d += 5; break;
+                case u'<': std::memcpy(d, "&lt;", 4); d += 4; break;
+                case u'>': std::memcpy(d, "&gt;", 4); d += 4; break;
+                default: *d++ = char(c);
+                }
+            } else if (c < 0x800) {
+                *d++ = char(0xC0 | (c >> 6));
+                *d++ = char(0x80 | (c & 0x3F));
+            } else if (c >= 0xD800 && c < 0xDC00 && i + 1 < n && s[i + 1] >= 0xDC00 && s[i + 1] < 0xE000) {
+                const char32_t cp = 0x10000 + ((char32_t(c) - 0xD800) << 10) + (char32_t(s[i + 1]) - 0xDC00);
+                ++i;
+                *d++ = char(0xF0 | (cp >> 18));
+                *d++ = char(0x80 | ((cp >> 12) & 0x3F));
+                *d++ = char(0x80 | ((cp >> 6) & 0x3F));
+                *d++ = char(0x80 | (cp & 0x3F));
+            } else {
+                // A lone surrogate cannot be written as UTF-8: the replacement character stands in.
+                const char32_t cp = (c >= 0xD800 && c < 0xE000) ? 0xFFFD : c;
+                *d++ = char(0xE0 | (cp >> 12));
+                *d++ = char(0x80 | ((cp >> 6) & 0x3F));
+                *d++ = char(0x80 | (cp & 0x3F));
+            }
         }
     }
+    return d;
 }
 
 QByteArray PropertyListWriter::dictionary(std::vector<std::pair<QString, QString>> entries)

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstring>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -25,12 +27,33 @@ class PropertyListWriter
 public:
     explicit PropertyListWriter(std::string_view collectionKey, qsizetype expectedBytes = 0);
 
+    // A key with the mark-up that opens its field, made once for keys that
+    // are written many times.
+    class Key
+    {
+    public:
+        explicit Key(std::string_view name);
+        std::string_view name() const { return m_name; }
+        std::string_view opening() const { return m_opening; }
+
+    private:
+        std::string m_name;
+        std::string m_opening;
+    };
+
     void beginRecord();
     // The platform's writer sorts the keys of a dictionary: give them sorted.
+    // Keys are plain names and are written as they are.
     void field(std::string_view key, const QString &value);
+    void field(std::string_view key, int value);
+    void field(std::string_view key, std::string_view asciiValue);
+    void field(const Key &key, const QString &value);
+    void field(const Key &key, int value);
+    void field(const Key &key, std::string_view asciiValue);
     void endRecord();
     void finish();
 
+    // The file's bytes, once finish() has been called.
     const QByteArray &data() const { return m_out; }
 
     // A root dictionary of strings (the lock file), keys sorted here.
@@ -43,5 +66,28 @@ public:
     static void appendEscaped(QByteArray &out, const QString &text);
 
 private:
+    // Room for n more bytes at the write position; the buffer grows in large
+    // steps and is cut to size by finish().
+    char *room(qsizetype n)
+    {
+        if (m_used + n > m_capacity)
+            grow(n);
+        return m_data + m_used;
+    }
+    void grow(qsizetype n);
+    void append(std::string_view bytes)
+    {
+        std::memcpy(room(qsizetype(bytes.size())), bytes.data(), bytes.size());
+        m_used += qsizetype(bytes.size());
+    }
+    void openField(std::string_view key);
+    void closeField() { append("</string>\n"); }
+    void text(const QString &value);
+    void number(int value);
+    static char *encodeEscaped(char *d, const QString &text);
+
     QByteArray m_out;
+    char *m_data = nullptr; // m_out's bytes, kept to avoid a detach check per append
+    qsizetype m_capacity = 0;
+    qsizetype m_used = 0;
 };

@@ -96,6 +96,8 @@ void TestNumberText::formatsLikePrintf()
         }
     }
     QCOMPARE(NumberText::format("%i", 7.9), QStringLiteral("7"));
+    QCOMPARE(NumberText::format("%i", 1e12), QStringLiteral("2147483647"));
+    QCOMPARE(NumberText::format("%i", -1e12), QStringLiteral("-2147483648"));
     QCOMPARE(NumberText::twoDecimals(140.0f), QStringLiteral("140.00"));
     QCOMPARE(NumberText::sixDecimals(20.0f), QStringLiteral("20.000000"));
 }

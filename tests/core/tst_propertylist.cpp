@@ -81,6 +81,11 @@ void TestPropertyList::writesThePlatformsForm()
                                 "</plist>\n";
     QCOMPARE(writer.data(), expected);
 
+    // A lone surrogate cannot be stored; it becomes the replacement character.
+    QByteArray escaped;
+    PropertyListWriter::appendEscaped(escaped, QStringLiteral("abcdefgh") + QChar(0xD800) + QStringLiteral("ijklmnop<"));
+    QCOMPARE(escaped, QByteArray("abcdefgh\xEF\xBF\xBDijklmnop&lt;"));
+
     PropertyListWriter empty("bills");
     empty.finish();
     Records records;
@@ -107,7 +112,7 @@ void TestPropertyList::roundTripsAnyText()
     QRandomGenerator random(7);
     for (int i = 0; i < 300; ++i) {
         QString v;
-        const int length = int(random.bounded(30));
+        const int length = int(random.bounded(90));
         for (int k = 0; k < length; ++k) {
             const int index = int(random.bounded(alphabet.size()));
             if (alphabet.at(index).isHighSurrogate() || alphabet.at(index).isLowSurrogate())
