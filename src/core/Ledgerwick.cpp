@@ -3,8 +3,12 @@
 #include "core/CalendarDate.h"
 #include "core/DatabasePaths.h"
 #include "core/Log.h"
+#include "core/NumberText.h"
 #include "core/PropertyListWriter.h"
+#include "core/RecordTable.h"
 #include "core/lwDataSource.h"
+#include "accounts/Bill.h"
+#include "contacts/Contact.h"
 #include "orders/Material.h"
 #include "orders/Order.h"
 
@@ -21,8 +25,11 @@ using Kind = DatabaseStore::Kind;
 Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     : QObject(parent), m_platform(platform)
 {
+    // Until each manager brings its own rules, its list is a plain table of
+    // its records, dates sorting as dates where the record kind says so.
+    const RecordTable::DateTest dateTests[] = {{}, &Order::isDate, {}, {}, &Bill::isDate, {}};
     for (const auto &file : DatabaseStore::files()) {
-        auto *collection = new lwDataSource(this);
+        auto *collection = new RecordTable(dateTests[size_t(file.kind)], this);
         collection->setObjectName(QString::fromLatin1(file.name));
         collection->setLedgerwick(this);
         m_managers[size_t(file.kind)] = collection;
@@ -54,10 +61,59 @@ void Ledgerwick::cancelLockSheet()
     setReadOnly(true);
 }
 
+Contact *Ledgerwick::getContactbyId(const QString &id) const
+{
+    return dynamic_cast<Contact *>(contactManager()->getItemById(NumberText::intValue(id)));
+}
+
+QString Ledgerwick::getContactNameforId(const QString &id) const
+{
+    if (id == QLatin1String("0"))
+        return QString(QLatin1String(""));
+    const Contact *contact = getContactbyId(id);
+    return contact ? contact->getName() : QString(QLatin1String(""));
+}
+
+QString Ledgerwick::getContactIdForName(const QString &name) const
+{
+    for (const auto &record : contactManager()->records()) {
+        const auto *contact = dynamic_cast<const Contact *>(record.get());
+        if (contact && contact->getName() == name)
+            return QString::number(contact->getID());
+    }
+    return QStringLiteral("0");
+}
+
 int Ledgerwick::getContactIdForOrder(int orderId) const
 {
     const auto *order = dynamic_cast<const Order *>(orderManager()->getItemById(orderId));
     return order ? order->getContactId() : 0;
+}
+
+dataObject *Ledgerwick::getProductbyId(int id) const
+{
+    return itemManager()->getItemById(id);
+}
+
+void Ledgerwick::connectContact(const std::shared_ptr<Contact> &contact, int orderId)
+{
+    auto *order = dynamic_cast<Order *>(orderManager()->getItemById(orderId));
+    if (!order || !contact)
+        return;
+    order->setContact(contact);
+    order->setContactId(contact->getID());
+}
+
+void Ledgerwick::setCurrentOrder(int orderId)
+{
+    m_currentOrder = orderId;
+    Q_EMIT currentOrderChanged(orderId);
+}
+
+QString Ledgerwick::getCurrentContactIdAsString() const
+{
+    const dataObject *contact = contactManager()->getSelectedItem();
+    return contact ? QString::number(contact->getID()) : QStringLiteral("-1");
 }
 
 bool Ledgerwick::fileManagerShouldProceedAfterError(const QString &error)

@@ -7,8 +7,11 @@
 #include <QStringList>
 
 #include <array>
+#include <memory>
 
+class Contact;
 class Platform;
+class dataObject;
 class lwDataSource;
 
 // The application controller: owner of the six record collections and of the
@@ -36,8 +39,24 @@ public:
     // controller takes ownership). Done before the database is read.
     void setManager(DatabaseStore::Kind kind, lwDataSource *manager);
 
-    // The contact of an order's customer, 0 when the order is unknown.
+    // --- lookups for the managers -----------------------------------------
+    // The contact with the id given as text; none when there is no such contact.
+    Contact *getContactbyId(const QString &id) const;
+    // "" for the id "0" (without asking the contacts), else the contact's name.
+    QString getContactNameforId(const QString &id) const;
+    // The id ("%i") of the first contact with that name; "0" when there is none.
+    QString getContactIdForName(const QString &name) const;
+    // The contact of an order's customer, 0 when the order or contact is unknown.
     int getContactIdForOrder(int orderId) const;
+    dataObject *getProductbyId(int id) const;
+    // Links the contact to the order with that id (link and id).
+    void connectContact(const std::shared_ptr<Contact> &contact, int orderId);
+    // The order whose lines are shown (its id; 0 for none).
+    void setCurrentOrder(int orderId);
+    int getCurrentOrder() const { return m_currentOrder; }
+    // The id ("%i") of the contact selected in the contacts list, "-1" when none.
+    QString getCurrentContactIdAsString() const;
+
 
     // --- the database -------------------------------------------------------
     // The bundle to read instead of the location preference (the CLI's --db).
@@ -69,6 +88,7 @@ public:
 
 Q_SIGNALS:
     void readOnlyChanged(bool readOnly);
+    void currentOrderChanged(int orderId);
     // The database is open in another copy: the window shows the lock sheet.
     void lockFound(const QString &lockDateTime);
 
@@ -92,4 +112,5 @@ private:
     QString m_originalDbLocation;
     QString m_lockLocation;
     QString m_lockDateTime;
+    int m_currentOrder = 0;
 };

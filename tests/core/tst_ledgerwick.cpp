@@ -1,0 +1,108 @@
+#include "contacts/Contact.h"
+#include "core/Ledgerwick.h"
+#include "core/lwDataSource.h"
+#include "orders/Order.h"
+#include "products/Item.h"
+#include "support/ScriptedPlatform.h"
+
+#include <QAbstractItemModelTester>
+#include <QItemSelectionModel>
+#include <QSignalSpy>
+#include <QTest>
+
+class TestLedgerwick : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void contactLookups();
+    void orderLookups();
+    void listsShowFieldsAndSortDatesAsDates();
+};
+
+void TestLedgerwick::contactLookups()
+{
+    ScriptedPlatform platform;
+    Ledgerwick ledgerwick(&platform);
+    auto ann = std::make_shared<Contact>();
+    ann->setName(QStringLiteral("Ann Lee"));
+    auto bob = std::make_shared<Contact>();
+    bob->setName(QStringLiteral("Bob Ray"));
+    ledgerwick.contactManager()->add(ann);
+    ledgerwick.contactManager()->add(bob);
+    // A contact stored with id 0 is never answered for "0".
+    auto zero = std::make_shared<Contact>();
+    zero->setName(QStringLiteral("Nobody"));
+    ledgerwick.contactManager()->add(zero);
+    zero->setID(0);
+
+    QCOMPARE(ledgerwick.getContactbyId(QStringLiteral("2")), bob.get());
+    QCOMPARE(ledgerwick.getContactbyId(QStringLiteral("9")), nullptr);
+    QCOMPARE(ledgerwick.getContactNameforId(QStringLiteral("1")), QStringLiteral("Ann Lee"));
+    QCOMPARE(ledgerwick.getContactNameforId(QStringLiteral("0")), QString());
+    QCOMPARE(ledgerwick.getContactNameforId(QStringLiteral("42")), QString());
+    QCOMPARE(ledgerwick.getContactIdForName(QStringLiteral("Bob Ray")), QStringLiteral("2"));
+    QCOMPARE(ledgerwick.getContactIdForName(QStringLiteral("Nobody Else")), QStringLiteral("0"));
+
+    QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("-1"));
+    auto *contacts = ledgerwick.contactManager();
+    contacts->setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 100}});
+    QItemSelectionModel selection(contacts);
+    contacts->setTableSelection(&selection);
+    selection.select(contacts->index(1, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("2"));
+}
+
+void TestLedgerwick::orderLookups()
+{
+    ScriptedPlatform platform;
+    Ledgerwick ledgerwick(&platform);
+    auto contact = std::make_shared<Contact>();
+    contact->setEmail(QStringLiteral("ann@example.org"));
+    ledgerwick.contactManager()->add(contact);
+    auto order = std::make_shared<Order>();
+    ledgerwick.orderManager()->add(order);
+    QCOMPARE(ledgerwick.getContactIdForOrder(order->getID()), 0);
+    QCOMPARE(ledgerwick.getContactIdForOrder(77), 0);
+
+    ledgerwick.connectContact(contact, order->getID());
+    QCOMPARE(order->getContactId(), contact->getID());
+    QCOMPARE(order->getFieldByName(QStringLiteral("contact:email")), QStringLiteral("ann@example.org"));
+    QCOMPARE(ledgerwick.getContactIdForOrder(order->getID()), contact->getID());
+    ledgerwick.connectContact(contact, 999); // no such order: nothing happens
+
+    auto item = std::make_shared<Item>();
+    ledgerwick.itemManager()->add(item);
+    QCOMPARE(ledgerwick.getProductbyId(item->getID()), item.get());
+    QCOMPARE(ledgerwick.getProductbyId(5), nullptr);
+
+    QSignalSpy changed(&ledgerwick, &Ledgerwick::currentOrderChanged);
+    ledgerwick.setCurrentOrder(order->getID());
+    QCOMPARE(ledgerwick.getCurrentOrder(), order->getID());
+    QCOMPARE(changed.count(), 1);
+}
+
+void TestLedgerwick::listsShowFieldsAndSortDatesAsDates()
+{
+    ScriptedPlatform platform;
+    Ledgerwick ledgerwick(&platform);
+    lwDataSource *orders = ledgerwick.orderManager();
+    QAbstractItemModelTester tester(orders, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    orders->setColumns({{QStringLiteral("title"), QStringLiteral("Title"), 100},
+                        {QStringLiteral("date"), QStringLiteral("Date"), 80}});
+    const QStringList dates{QStringLiteral("01/02/07"), QStringLiteral("15/01/07"), QStringLiteral("20/12/06")};
+    for (const QString &date : dates) {
+        auto order = std::make_shared<Order>();
+        order->setDate(date);
+        order->setTitle(QStringLiteral("Order of ") + date);
+        orders->add(order);
+    }
+    QCOMPARE(orders->data(orders->index(1, 0)).toString(), QStringLiteral("Order of 15/01/07"));
+    orders->sort(1, Qt::DescendingOrder); // the flag NO: earliest first, compared as dates
+    QCOMPARE(orders->data(orders->index(0, 1)).toString(), QStringLiteral("20/12/06"));
+    QCOMPARE(orders->data(orders->index(2, 1)).toString(), QStringLiteral("01/02/07"));
+    orders->sort(0, Qt::DescendingOrder); // titles compare as text
+    QCOMPARE(orders->data(orders->index(0, 1)).toString(), QStringLiteral("01/02/07"));
+}
+
+QTEST_GUILESS_MAIN(TestLedgerwick)
+#include "tst_ledgerwick.moc"
