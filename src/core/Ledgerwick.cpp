@@ -4,6 +4,7 @@
 #include "core/DatabasePaths.h"
 #include "core/Log.h"
 #include "core/NumberText.h"
+#include "core/Platform.h"
 #include "core/PropertyListWriter.h"
 #include "core/RecordTable.h"
 #include "core/lwDataSource.h"
@@ -15,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringEncoder>
 
 #include <algorithm>
 #include <atomic>
@@ -330,4 +332,38 @@ bool Ledgerwick::writeDatabase(QObject *which)
         lwLog(QStringLiteral("error: lock not removed from database"));
     }
     return ok;
+}
+
+void Ledgerwick::exportCSVMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns)
+{
+    if (!source)
+        lwLog(QStringLiteral("lwds is nil"));
+    const QString text = source ? source->getDataAsCSVusingTableView(columns) : QString();
+    if (!m_platform)
+        return;
+    const QString path = m_platform->savePanel({lwTr("Export to Spreadsheet"), {QStringLiteral("csv")}});
+    if (path.isEmpty())
+        return;
+    if (!PropertyListWriter::writeFile(path, text.toUtf8()))
+        lwLog(QStringLiteral("Unsuccessful exporting data to %1 \nerror:").arg(path));
+}
+
+void Ledgerwick::exportHTMLMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns)
+{
+    if (!source)
+        lwLog(QStringLiteral("lwds is nil"));
+    const QString table = source ? source->getDataAsHTMLusingTableView(columns) : QString();
+    // The body inside the head is how exported pages have always looked.
+    const QString page = QStringLiteral("<html><head><title>Data Export from Ledgerwick</title><body>") + table
+        + QStringLiteral("</body></head></html>");
+    if (!m_platform)
+        return;
+    const QString path = m_platform->savePanel({lwTr("Export to HTML"), {QStringLiteral("html")}});
+    if (path.isEmpty())
+        return;
+    QByteArray bytes("\xFF\xFE", 2);
+    QStringEncoder utf16(QStringConverter::Utf16LE);
+    bytes.append(utf16(page));
+    if (!PropertyListWriter::writeFile(path, bytes))
+        lwLog(QStringLiteral("Unsuccessful exporting data to %1\n").arg(path));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/DatabaseStore.h"
+#include "core/lwDataSource.h"
 
 #include <QObject>
 #include <QString>
@@ -80,6 +81,14 @@ public:
 
     const QString &originalDbLocation() const { return m_originalDbLocation; }
     const QString &lockLocation() const { return m_lockLocation; }
+
+    // --- table export ------------------------------------------------------
+    // Asks where to save, then writes the table as spreadsheet text (UTF-8)
+    // or as an HTML page (UTF-16 with a byte-order mark). The columns are the
+    // view's, in their visual order. A missing data source exports nothing
+    // but a log line.
+    void exportCSVMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns);
+    void exportHTMLMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns);
 
     // Accepted after a deletion; saving is left to the editors.
     void setChangeFlag() {}

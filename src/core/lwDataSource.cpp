@@ -364,6 +364,14 @@ void lwDataSource::deleteKey(QObject *)
 {
 }
 
+void lwDataSource::create(QObject *)
+{
+}
+
+void lwDataSource::edit(QObject *)
+{
+}
+
 void lwDataSource::getWindowTitle(QObject *)
 {
 }
@@ -405,6 +413,52 @@ int lwDataSource::columnForIdentifier(const QString &identifier) const
         if (m_columns.at(i).identifier == identifier)
             return i;
     return -1;
+}
+
+QString lwDataSource::getDataAsCSVusingTableView(const QList<Column> &columns) const
+{
+    QString out;
+    for (qsizetype c = 0; c < columns.size(); ++c) {
+        if (c > 0)
+            out += QLatin1Char(',');
+        out += QLatin1Char('"') + columns.at(c).title + QLatin1Char('"');
+    }
+    out += QLatin1Char('\r');
+    const int rows = numberOfRowsInTableView();
+    for (int row = 0; row < rows; ++row) {
+        for (qsizetype c = 0; c < columns.size(); ++c) {
+            if (c > 0)
+                out += QLatin1Char(',');
+            out += QLatin1Char('"') + objectValueForTableColumn(columns.at(c).identifier, row) + QLatin1Char('"');
+        }
+        out += QLatin1Char('\r');
+    }
+    return out;
+}
+
+QString lwDataSource::getDataAsHTMLusingTableView(const QList<Column> &columns) const
+{
+    QString out = QStringLiteral("<table cellpadding=2 cellspacing=2 border=0><tr>");
+    for (const Column &column : columns)
+        out += QStringLiteral("<th style = background:#cccccc;font-family:sans-serif;text-align:left>") + column.title
+            + QStringLiteral("</th>");
+    out += QStringLiteral("</tr>");
+    const int rows = numberOfRowsInTableView();
+    for (int row = 0; row < rows; ++row) {
+        out += QStringLiteral("<tr>");
+        for (const Column &column : columns) {
+            out += QStringLiteral("<td ");
+            // Every second row is shaded; its cell tag then carries two style
+            // attributes, which is how the mark-up has always been written.
+            if (row % 2 == 1)
+                out += QStringLiteral("style = background:#f0f0ff;font-family:monospace");
+            out += QStringLiteral(" style = font-family:monospace>") + objectValueForTableColumn(column.identifier, row)
+                + QStringLiteral("</td>");
+        }
+        out += QStringLiteral("</tr>");
+    }
+    out += QStringLiteral("</table><br />");
+    return out;
 }
 
 int lwDataSource::numberOfRowsInTableView() const

@@ -78,6 +78,10 @@ public:
     // False, after the "Read-only mode" alert, while the database is read-only.
     bool readOnlyCheck();
     virtual void deleteKey(QObject *sender);
+    // Open the manager's editor on a new record, or on the selected one.
+    // Plain collections have no editor and do nothing.
+    virtual void create(QObject *sender);
+    virtual void edit(QObject *sender);
     virtual void getWindowTitle(QObject *sender);
     virtual void remove(QObject *sender);
     virtual void sort(QObject *sender);
@@ -96,6 +100,12 @@ public:
     QItemSelectionModel *tableSelection() const { return m_selection; }
     // The selected row, -1 when none.
     int selectedRow() const;
+
+    // The table as spreadsheet text and as an HTML table fragment, over the
+    // columns given (the view's, in their visual order) and the rows shown.
+    // Values are written as they stand, without escaping.
+    virtual QString getDataAsCSVusingTableView(const QList<Column> &columns) const;
+    virtual QString getDataAsHTMLusingTableView(const QList<Column> &columns) const;
 
     virtual int numberOfRowsInTableView() const;
     virtual QString objectValueForTableColumn(const QString &identifier, int row) const;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QMainWindow>
+
+class PrefsController;
+class QAction;
+class QTextCharFormat;
+class QTextEdit;
+
+// The notepad: a rich text page kept in "notepad.rtfd". The document belongs
+// to the preferences controller, which loads it at start-up and saves it
+// with the preferences; this window only edits it.
+class NotepadWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    explicit NotepadWindow(PrefsController *controller, QWidget *parent = nullptr);
+    ~NotepadWindow() override;
+
+    QTextEdit *editor() const { return m_editor; }
+    QAction *boldAction() const { return m_bold; }
+    QAction *italicAction() const { return m_italic; }
+    QAction *underlineAction() const { return m_underline; }
+
+private:
+    void buildActions();
+    void mergeFormat(const QTextCharFormat &format);
+    void showFormat(const QTextCharFormat &format);
+    void releaseDocument();
+
+    PrefsController *m_controller; // not owned
+    QTextEdit *m_editor = nullptr;
+    QAction *m_bold = nullptr;
+    QAction *m_italic = nullptr;
+    QAction *m_underline = nullptr;
+};

@@ -1,0 +1,228 @@
+#include "core/DatabaseStore.h"
+#include "core/Ledgerwick.h"
+#include "core/RecordTable.h"
+#include "products/Item.h"
+#include "support/ScriptedPlatform.h"
+#include "ui/MainWindow.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolBar>
+
+namespace {
+
+// A list that counts what the commands ask of it.
+class CountingManager : public RecordTable
+{
+public:
+    void deleteKey(QObject *) override { ++deletes; }
+    void edit(QObject *) override { ++edits; }
+    void create(QObject *) override { ++creates; }
+    int deletes = 0, edits = 0, creates = 0;
+};
+
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void toolbarHasItsItemsInOrder();
+    void frontListFollowsTheTabs();
+    void deleteAndEditGoToTheListWithFocus();
+    void closingSavesEverything();
+    void aLockShowsTheSheetAndRefusesEdits();
+
+private:
+    QTemporaryDir *m_home = nullptr;
+    ScriptedPlatform *m_platform = nullptr;
+    Ledgerwick *m_ledgerwick = nullptr;
+    CountingManager *m_items = nullptr;
+    CountingManager *m_orders = nullptr;
+    MainWindow *m_window = nullptr;
+};
+
+void TestMainWindow::initTestCase()
+{
+    Q_INIT_RESOURCE(icons);
+}
+
+void TestMainWindow::init()
+{
+    m_home = new QTemporaryDir;
+    qputenv("HOME", m_home->path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
+    m_platform = new ScriptedPlatform;
+    m_ledgerwick = new Ledgerwick(m_platform);
+    m_items = new CountingManager;
+    m_orders = new CountingManager;
+    m_ledgerwick->setManager(DatabaseStore::Kind::Items, m_items);
+    m_ledgerwick->setManager(DatabaseStore::Kind::Orders, m_orders);
+    m_ledgerwick->setDatabaseLocation(m_home->filePath(QStringLiteral("db.lwkdb")));
+    m_window = new MainWindow(m_ledgerwick);
+}
+
+void TestMainWindow::cleanup()
+{
+    delete m_window;
+    delete m_ledgerwick;
+    delete m_platform;
+    delete m_home;
+}
+
+void TestMainWindow::toolbarHasItsItemsInOrder()
+{
+    const QStringList expected{"printItemIdentifier", "deleteItemIdentifier", "editItemIdentifier",
+                               "companyItemIdentifier", "contactItemIdentifier", "orderItemIdentifier",
+                               "billItemIdentifier", "todoItemIdentifier", "itemItemIdentifier",
+                               "padItemIdentifier", "htmlItemIdentifier", "csvItemIdentifier",
+                               "checkoutItemIdentifier", "prefsItemIdentifier", "helpItemIdentifier"};
+    QStringList ids, labels;
+    for (QAction *action : m_window->mainToolbar()->actions()) {
+        ids << action->objectName();
+        labels << action->text();
+        QVERIFY2(!action->icon().isNull(), qPrintable(action->objectName()));
+    }
+    QCOMPARE(ids, expected);
+    QCOMPARE(labels, QStringList({"Print", "Delete", "Edit", "New Company", "New Contact", "New Order", "New Invoice",
+                                  "New Task", "New Item", "Notepad", "To HTML", "To Spreadsheet", "Checkout",
+                                  "Preferences", "Help"}));
+
+    // The user's terms name the order and item buttons.
+    m_window->setTerms(QStringLiteral("Job"), QStringLiteral("Jobs"), QStringLiteral("Part"), QStringLiteral("Parts"));
+    QCOMPARE(m_window->mainToolbar()->actions().at(5)->text(), QStringLiteral("New Job"));
+    QCOMPARE(m_window->mainToolbar()->actions().at(8)->text(), QStringLiteral("New Part"));
+    QCOMPARE(m_window->tabs()->tabText(1), QStringLiteral("Jobs"));
+
+    // The buttons reach their targets.
+    m_window->mainToolbar()->actions().at(8)->trigger();
+    QCOMPARE(m_items->creates, 1);
+    QSignalSpy prefs(m_window, &MainWindow::preferencesRequested);
+    m_window->mainToolbar()->actions().at(13)->trigger();
+    QCOMPARE(prefs.count(), 1);
+
+    // An identifier the toolbar does not know gives a bare item.
+    QAction *unknown = m_window->toolbarItem(QStringLiteral("nothingIdentifier"));
+    QCOMPARE(unknown->objectName(), QStringLiteral("nothingIdentifier"));
+    QVERIFY(unknown->text().isEmpty());
+}
+
+void TestMainWindow::frontListFollowsTheTabs()
+{
+    m_window->selectTab(QStringLiteral("1"));
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->contactManager());
+    QVERIFY(qobject_cast<QTreeView *>(m_window->frontView()));
+    m_window->selectTab(QStringLiteral("2"));
+    QCOMPARE(m_window->frontDataSource(), m_orders);
+    QCOMPARE(m_window->frontView(), m_window->viewFor(m_orders));
+    m_window->selectTab(QStringLiteral("3"));
+    QCOMPARE(m_window->frontDataSource(), m_items);
+    m_window->selectTab(QStringLiteral("tabActions"));
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->actionManager());
+    m_window->selectTab(QStringLiteral("tabAccounts"));
+    m_window->accountsTabs()->setCurrentIndex(0);
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->billManager());
+    // Money in: no data source in front, but print and export act on its table.
+    m_window->accountsTabs()->setCurrentIndex(1);
+    QCOMPARE(m_window->frontDataSource(), nullptr);
+    QVERIFY(m_window->frontView());
+    QVERIFY(m_window->frontView() != m_window->viewFor(m_ledgerwick->billManager()));
+    m_window->selectTab(QStringLiteral("tabReports"));
+    QVERIFY(m_window->frontView());
+
+    // Exports follow the columns in their visual order.
+    auto item = std::make_shared<Item>();
+    item->setCode(QStringLiteral("P1"));
+    item->setItem(QStringLiteral("Hinge"));
+    m_items->add(item);
+    m_window->selectTab(QStringLiteral("3"));
+    auto *table = qobject_cast<QTableView *>(m_window->frontView());
+    QVERIFY(table);
+    table->horizontalHeader()->moveSection(1, 0);
+    const QList<lwDataSource::Column> columns = MainWindow::visualColumns(table);
+    QCOMPARE(columns.at(0).identifier, QStringLiteral("item"));
+    QCOMPARE(columns.at(1).identifier, QStringLiteral("code"));
+    const QString path = m_home->filePath(QStringLiteral("items.csv"));
+    m_platform->panelAnswers.enqueue(path);
+    m_window->exportCSVMenuItem();
+    QFile csv(path);
+    QVERIFY(csv.open(QIODevice::ReadOnly));
+    QVERIFY(csv.readAll().startsWith("\"Item\",\"Code\",\"Qty\""));
+}
+
+void TestMainWindow::deleteAndEditGoToTheListWithFocus()
+{
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    m_window->selectTab(QStringLiteral("3"));
+    QAbstractItemView *items = m_window->viewFor(m_items);
+    items->setFocus();
+    QTRY_VERIFY(items->hasFocus());
+    m_window->deleteMenuItem();
+    m_window->editMenuItem();
+    QCOMPARE(m_items->deletes, 1);
+    QCOMPARE(m_items->edits, 1);
+    QCOMPARE(m_orders->deletes, 0);
+
+    // The delete key in the list reaches the same manager.
+    QTest::keyClick(items, Qt::Key_Delete);
+    QCOMPARE(m_items->deletes, 2);
+
+    // With nothing of the lists in focus nothing happens.
+    items->clearFocus();
+    m_window->setFocus();
+    m_window->deleteMenuItem();
+    QCOMPARE(m_items->deletes, 2);
+}
+
+void TestMainWindow::closingSavesEverything()
+{
+    m_ledgerwick->readDatabase();
+    const QString bundle = m_home->filePath(QStringLiteral("db.lwkdb"));
+    QVERIFY(QFile::exists(bundle + QStringLiteral("/lock.xml")));
+    m_window->show();
+    m_window->close();
+    for (const auto &file : DatabaseStore::files())
+        QVERIFY(QFile::exists(bundle + QLatin1Char('/') + QLatin1String(file.fileName)));
+    QVERIFY(!QFile::exists(bundle + QStringLiteral("/lock.xml")));
+}
+
+void TestMainWindow::aLockShowsTheSheetAndRefusesEdits()
+{
+    const QString bundle = m_home->filePath(QStringLiteral("db.lwkdb"));
+    QDir().mkpath(bundle);
+    QFile lock(bundle + QStringLiteral("/lock.xml"));
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    lock.write("<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
+    lock.close();
+    m_window->show();
+    m_ledgerwick->readDatabase();
+    auto *sheet = m_window->findChild<QMessageBox *>(QStringLiteral("lockInfoWindow"));
+    QVERIFY(sheet);
+    QTRY_VERIFY(sheet->isVisible());
+    QVERIFY(sheet->informativeText().contains(QLatin1String("2007-03-01 14:05:09 +0000")));
+    QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+    sheet->buttons().constFirst()->click();
+    QVERIFY(m_ledgerwick->isReadOnly());
+    QVERIFY(!m_items->readOnlyCheck());
+    QCOMPARE(m_platform->alerts.last().title, QStringLiteral("Read-only mode"));
+
+    // Quitting writes nothing and leaves the lock in place.
+    m_window->close();
+    QVERIFY(!QFile::exists(bundle + QStringLiteral("/contacts.xml")));
+    QVERIFY(QFile::exists(bundle + QStringLiteral("/lock.xml")));
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_mainwindow.moc"
