@@ -327,7 +327,7 @@ DatabaseStore::Loaded readMaterials(const QString *path, const QByteArray *data)
 DatabaseStore::Loaded readKind(DatabaseStore::Kind kind, const QString *path, const QByteArray *data)
 {
     DatabaseStore::Loaded loaded;
-    const char *key = DatabaseStore::spec(kind).collectionKey;
+    const char *key = DatabaseStore::fileOf(kind).collectionKey;
     switch (kind) {
     case DatabaseStore::Kind::Contacts: loaded = readRecords(path, data, key, contactFields()); break;
     case DatabaseStore::Kind::Orders: loaded = readRecords(path, data, key, orderFields()); break;
@@ -361,14 +361,14 @@ const std::array<DatabaseStore::FileSpec, 6> &DatabaseStore::files()
     return specs;
 }
 
-const DatabaseStore::FileSpec &DatabaseStore::spec(Kind kind)
+const DatabaseStore::FileSpec &DatabaseStore::fileOf(Kind kind)
 {
     return files()[size_t(kind)];
 }
 
 DatabaseStore::Loaded DatabaseStore::read(Kind kind, const QString &folder)
 {
-    const QString path = QDir(folder).filePath(QString::fromLatin1(spec(kind).fileName));
+    const QString path = QDir(folder).filePath(QString::fromLatin1(fileOf(kind).fileName));
     return readKind(kind, &path, nullptr);
 }
 
@@ -381,7 +381,7 @@ bool DatabaseStore::serialize(Kind kind, const lwDataSource &collection, QByteAr
 {
     // Roughly the size of the file last time, to avoid growing the buffer.
     static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
-    PropertyListWriter writer(spec(kind).collectionKey, qsizetype(collection.getCount()) * bytesPerRecord[size_t(kind)]);
+    PropertyListWriter writer(fileOf(kind).collectionKey, qsizetype(collection.getCount()) * bytesPerRecord[size_t(kind)]);
     bool ok = true;
     switch (kind) {
     case Kind::Contacts: ok = writeRecords(writer, collection, contactFields(), error); break;

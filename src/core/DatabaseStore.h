@@ -32,7 +32,7 @@ public:
     };
     // The six files in the fixed order of reading and writing.
     static const std::array<FileSpec, 6> &files();
-    static const FileSpec &spec(Kind kind);
+    static const FileSpec &fileOf(Kind kind);
 
     struct Loaded
     {

@@ -139,8 +139,8 @@ void Ledgerwick::readDatabase(bool takeLock)
     for (const auto &file : DatabaseStore::files())
         queue.push_back(file.kind);
     std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
-        return QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::spec(a).fileName))).size()
-            > QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::spec(b).fileName))).size();
+        return QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(a).fileName))).size()
+            > QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(b).fileName))).size();
     });
     std::atomic<size_t> next{0};
     auto work = [&] {
@@ -241,7 +241,7 @@ QString Ledgerwick::keepUnreadableAside(Kind kind, const QString &path)
 Ledgerwick::WriteOutcome Ledgerwick::writeFile(Kind kind)
 {
     WriteOutcome outcome;
-    const auto &file = DatabaseStore::spec(kind);
+    const auto &file = DatabaseStore::fileOf(kind);
     const QString path = QDir(m_originalDbLocation).filePath(QString::fromLatin1(file.fileName));
     const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
     const QString kept = keepUnreadableAside(kind, path);

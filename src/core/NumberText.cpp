@@ -53,7 +53,7 @@ std::string leadingNumber(const QString &text)
     return s;
 }
 
-struct Spec
+struct Conversion
 {
     std::string prefix, suffix, flags;
     int width = 0;
@@ -61,69 +61,69 @@ struct Spec
     char conversion = 0;
 };
 
-Spec parse(const char *pattern)
+Conversion parse(const char *pattern)
 {
-    Spec spec;
+    Conversion conv;
     const std::string p = pattern ? pattern : "";
     std::size_t i = 0;
     while (i < p.size()) {
         if (p[i] == '%' && i + 1 < p.size() && p[i + 1] == '%') {
-            spec.prefix += '%';
+            conv.prefix += '%';
             i += 2;
             continue;
         }
         if (p[i] == '%')
             break;
-        spec.prefix += p[i++];
+        conv.prefix += p[i++];
     }
     if (i >= p.size())
-        return spec;
+        return conv;
     ++i;
     while (i < p.size() && std::string_view("-+ 0#").find(p[i]) != std::string_view::npos)
-        spec.flags += p[i++];
+        conv.flags += p[i++];
     while (i < p.size() && p[i] >= '0' && p[i] <= '9')
-        spec.width = spec.width * 10 + (p[i++] - '0');
+        conv.width = conv.width * 10 + (p[i++] - '0');
     if (i < p.size() && p[i] == '.') {
         ++i;
-        spec.precision = 0;
+        conv.precision = 0;
         while (i < p.size() && p[i] >= '0' && p[i] <= '9')
-            spec.precision = spec.precision * 10 + (p[i++] - '0');
+            conv.precision = conv.precision * 10 + (p[i++] - '0');
     }
     while (i < p.size() && (p[i] == 'l' || p[i] == 'h'))
         ++i;
     if (i < p.size())
-        spec.conversion = p[i++];
+        conv.conversion = p[i++];
     for (; i < p.size(); ++i) {
         if (p[i] == '%' && i + 1 < p.size() && p[i + 1] == '%')
             ++i;
-        spec.suffix += p[i];
+        conv.suffix += p[i];
     }
-    return spec;
+    return conv;
 }
 
 // Applies sign flags and the field width to the digits of a number.
-std::string pad(std::string body, const Spec &spec, bool numeric)
+std::string pad(std::string body, const Conversion &conv, bool numeric)
 {
     const bool negative = !body.empty() && body[0] == '-';
     if (!negative) {
-        if (spec.flags.find('+') != std::string::npos)
+        if (conv.flags.find('+') != std::string::npos)
             body.insert(0, "+");
-        else if (spec.flags.find(' ') != std::string::npos)
+        else if (conv.flags.find(' ') != std::string::npos)
             body.insert(0, " ");
     }
-    if (int(body.size()) >= spec.width)
+    if (int(body.size()) >= conv.width)
         return body;
-    const std::size_t fill = std::size_t(spec.width) - body.size();
-    if (spec.flags.find('-') != std::string::npos)
+    const std::size_t fill = std::size_t(conv.width) - body.size();
+    if (conv.flags.find('-') != std::string::npos)
         return body + std::string(fill, ' ');
-    if (numeric && spec.flags.find('0') != std::string::npos) {
+    if (numeric && conv.flags.find('0') != std::string::npos) {
         const std::size_t signLen = (!body.empty() && (body[0] == '-' || body[0] == '+' || body[0] == ' ')) ? 1 : 0;
         return body.substr(0, signLen) + std::string(fill, '0') + body.substr(signLen);
     }
     return std::string(fill, ' ') + body;
 }
 
-std::string floatBody(double value, const Spec &spec)
+std::string floatBody(double value, const Conversion &conv)
 {
     if (value != value)
         return std::signbit(value) ? "-nan" : "nan";
@@ -131,10 +131,10 @@ std::string floatBody(double value, const Spec &spec)
         return "inf";
     if (value == -std::numeric_limits<double>::infinity())
         return "-inf";
-    const int precision = spec.precision < 0 ? 6 : spec.precision;
+    const int precision = conv.precision < 0 ? 6 : conv.precision;
     char buf[400];
     std::to_chars_result r{};
-    switch (spec.conversion) {
+    switch (conv.conversion) {
     case 'e':
     case 'E':
         r = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, precision);
@@ -145,7 +145,7 @@ std::string floatBody(double value, const Spec &spec)
         // C locale is only used for this rare format.
         {
             char fmt[16];
-            std::snprintf(fmt, sizeof fmt, "%%.%d%c", precision, spec.conversion);
+            std::snprintf(fmt, sizeof fmt, "%%.%d%c", precision, conv.conversion);
             std::string s(64, '\0');
             const int len = std::snprintf(s.data(), s.size(), fmt, value);
             s.resize(std::size_t(len > 0 ? len : 0));
@@ -158,11 +158,11 @@ std::string floatBody(double value, const Spec &spec)
         r = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, precision);
     }
     std::string s(buf, r.ptr);
-    if (spec.conversion == 'E')
+    if (conv.conversion == 'E')
         for (char &c : s)
             if (c == 'e')
                 c = 'E';
-    if (spec.conversion == 'e' || spec.conversion == 'E') {
+    if (conv.conversion == 'e' || conv.conversion == 'E') {
         // printf writes at least two exponent digits.
         const auto epos = s.find_first_of("eE");
         if (epos != std::string::npos && s.size() - epos == 3)
@@ -228,9 +228,9 @@ int intValue(const QString &text)
 
 QString format(const char *pattern, double value)
 {
-    const Spec spec = parse(pattern);
+    const Conversion conv = parse(pattern);
     std::string body;
-    switch (spec.conversion) {
+    switch (conv.conversion) {
     case 'd':
     case 'i':
         // Truncated like a cast, but saturated where a cast would be undefined.
@@ -242,40 +242,40 @@ QString format(const char *pattern, double value)
             return format(pattern, INT_MIN);
         return format(pattern, int(value));
     case 0:
-        return QString::fromLatin1(spec.prefix);
+        return QString::fromLatin1(conv.prefix);
     default:
-        body = pad(floatBody(value, spec), spec, value == value && value - value == 0);
+        body = pad(floatBody(value, conv), conv, value == value && value - value == 0);
     }
-    return QString::fromLatin1(spec.prefix + body + spec.suffix);
+    return QString::fromLatin1(conv.prefix + body + conv.suffix);
 }
 
 QString format(const char *pattern, int value)
 {
-    const Spec spec = parse(pattern);
-    switch (spec.conversion) {
+    const Conversion conv = parse(pattern);
+    switch (conv.conversion) {
     case 'd':
     case 'i':
     case 'u':
         break;
     case 0:
-        return QString::fromLatin1(spec.prefix);
+        return QString::fromLatin1(conv.prefix);
     default:
         return format(pattern, double(value));
     }
     std::string digits = std::to_string(value);
-    if (spec.precision >= 0) {
+    if (conv.precision >= 0) {
         const bool negative = value < 0;
         std::string magnitude = negative ? digits.substr(1) : digits;
-        if (spec.precision == 0 && value == 0)
+        if (conv.precision == 0 && value == 0)
             magnitude.clear();
-        if (int(magnitude.size()) < spec.precision)
-            magnitude.insert(0, std::size_t(spec.precision) - magnitude.size(), '0');
+        if (int(magnitude.size()) < conv.precision)
+            magnitude.insert(0, std::size_t(conv.precision) - magnitude.size(), '0');
         digits = (negative ? "-" : "") + magnitude;
     }
-    Spec s = spec;
-    if (spec.precision >= 0)
+    Conversion s = conv;
+    if (conv.precision >= 0)
         s.flags.erase(std::remove(s.flags.begin(), s.flags.end(), '0'), s.flags.end());
-    return QString::fromLatin1(spec.prefix + pad(digits, s, true) + spec.suffix);
+    return QString::fromLatin1(conv.prefix + pad(digits, s, true) + conv.suffix);
 }
 
 } // namespace NumberText

@@ -192,17 +192,17 @@ QStringList MainWindow::toolbarItemIdentifiers()
 
 QAction *MainWindow::toolbarItem(const QString &identifier)
 {
-    const ToolbarItem *spec = nullptr;
+    const ToolbarItem *entry = nullptr;
     for (const ToolbarItem &item : kToolbarItems)
         if (identifier == QLatin1String(item.identifier))
-            spec = &item;
+            entry = &item;
     auto *action = new QAction(this);
     action->setObjectName(identifier);
-    if (!spec)
+    if (!entry)
         return action;
-    const QString image = QStringLiteral(":/icons/") + QLatin1String(spec->image) + QStringLiteral(".svg");
+    const QString image = QStringLiteral(":/icons/") + QLatin1String(entry->image) + QStringLiteral(".svg");
     if (!QFile::exists(image)) {
-        std::printf("Image %s not found.\n", spec->missingName);
+        std::printf("Image %s not found.\n", entry->missingName);
         std::fflush(stdout);
         return action;
     }
@@ -217,7 +217,7 @@ QAction *MainWindow::toolbarItem(const QString &identifier)
     else if (identifier == QLatin1String("editItemIdentifier"))
         label = QStringLiteral("Edit");
     else
-        label = lwTr(spec->label);
+        label = lwTr(entry->label);
     action->setText(label);
     action->setToolTip(label);
 

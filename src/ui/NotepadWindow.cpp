@@ -11,8 +11,10 @@
 #include <QTextEdit>
 #include <QToolBar>
 
+#include <utility>
+
 NotepadWindow::NotepadWindow(PrefsController *controller, QWidget *parent)
-    : QMainWindow(parent), m_controller(controller)
+    : QMainWindow(parent), m_document(controller->notepad())
 {
     setObjectName(QStringLiteral("notePad"));
     setWindowTitle(lwTr("Notepad"));
@@ -20,14 +22,15 @@ NotepadWindow::NotepadWindow(PrefsController *controller, QWidget *parent)
     m_editor = new QTextEdit(this);
     m_editor->setObjectName(QStringLiteral("notepadEdit"));
     m_editor->setAcceptRichText(true);
-    m_editor->setDocument(controller->notepad());
+    m_editor->setDocument(m_document);
     setCentralWidget(m_editor);
 
     buildActions();
     connect(m_editor, &QTextEdit::currentCharFormatChanged, this, &NotepadWindow::showFormat);
     showFormat(m_editor->currentCharFormat());
 
-    // The document goes with the controller: let go of it first.
+    // The document goes with the controller: let go of it first. While the
+    // controller's destroyed() runs, its child document is still whole.
     connect(controller, &QObject::destroyed, this, &NotepadWindow::releaseDocument);
     resize(500, 600);
 }
@@ -39,10 +42,9 @@ NotepadWindow::~NotepadWindow()
 
 void NotepadWindow::releaseDocument()
 {
-    if (!m_controller)
+    if (!m_document)
         return;
-    QTextDocument *document = m_controller->notepad();
-    m_controller = nullptr;
+    QTextDocument *document = std::exchange(m_document, nullptr);
     // The editor lent its viewport to the document's layout; take it back
     // before the viewport goes, and give the editor a document of its own.
     if (QAbstractTextDocumentLayout *layout = document->documentLayout())
@@ -69,9 +71,16 @@ void NotepadWindow::buildActions()
     m_italic = make(lwTr("&Italic"), QKeySequence::Italic, QStringLiteral("italicAction"));
     m_underline = make(lwTr("&Underline"), QKeySequence::Underline, QStringLiteral("underlineAction"));
 
-    QFont boldFont = m_bold->font();
-    boldFont.setBold(true);
-    m_bold->setFont(boldFont);
+    // Each action shows the style it applies.
+    QFont font = m_bold->font();
+    font.setBold(true);
+    m_bold->setFont(font);
+    font = m_italic->font();
+    font.setItalic(true);
+    m_italic->setFont(font);
+    font = m_underline->font();
+    font.setUnderline(true);
+    m_underline->setFont(font);
 
     connect(m_bold, &QAction::triggered, this, [this](bool on) {
         QTextCharFormat format;

@@ -5,6 +5,7 @@
 class PrefsController;
 class QAction;
 class QTextCharFormat;
+class QTextDocument;
 class QTextEdit;
 
 // The notepad: a rich text page kept in "notepad.rtfd". The document belongs
@@ -28,7 +29,7 @@ private:
     void showFormat(const QTextCharFormat &format);
     void releaseDocument();
 
-    PrefsController *m_controller; // not owned
+    QTextDocument *m_document; // the controller's; nullptr once let go
     QTextEdit *m_editor = nullptr;
     QAction *m_bold = nullptr;
     QAction *m_italic = nullptr;

@@ -7,6 +7,7 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
+#include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
 
@@ -97,6 +98,8 @@ PrefsWindow::PrefsWindow(PrefsController *controller, QWidget *parent)
 
     refresh();
     applyTerms();
+    // Wide enough for a database path under the home folder.
+    resize(qMax(sizeHint().width(), 620), sizeHint().height());
 }
 
 PrefsWindow::~PrefsWindow() = default;
@@ -166,6 +169,10 @@ void PrefsWindow::showWellColour()
     const int side = m_ui->colourButton->iconSize().height();
     QPixmap swatch(side * 2, side);
     swatch.fill(m_controller->wellColour());
+    // Outlined, so that white (no colour yet) still shows as a well.
+    QPainter painter(&swatch);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(swatch.rect().adjusted(0, 0, -1, -1));
     m_ui->colourButton->setIcon(QIcon(swatch));
 }
 

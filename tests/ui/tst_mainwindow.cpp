@@ -5,7 +5,11 @@
 #include "support/ScriptedPlatform.h"
 #include "ui/MainWindow.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QHeaderView>
+#include <QTableView>
+#include <QTreeView>
 #include <QAction>
 #include <QApplication>
 #include <QDir>

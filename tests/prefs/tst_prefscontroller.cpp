@@ -1,0 +1,538 @@
+#include "core/DatabasePaths.h"
+#include "prefs/PrefsController.h"
+#include "richtext/RtfWriter.h"
+#include "support/LogCapture.h"
+#include "support/ScriptedPlatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <memory>
+
+namespace {
+
+QString storedText(const QString &key)
+{
+    const QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
+    return settings.value(key).toString();
+}
+
+void storeText(const QString &key, const QVariant &value)
+{
+    QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
+    settings.setValue(key, value);
+}
+
+QVariantList storedColours()
+{
+    const QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
+    return settings.value(QStringLiteral("LedgerwickFlagColours")).toList();
+}
+
+QStringList lines(std::initializer_list<const char *> texts)
+{
+    QStringList list;
+    for (const char *text : texts)
+        list << QString::fromUtf8(text);
+    return list;
+}
+
+} // namespace
+
+class TestPrefsController : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanupTestCase();
+
+    void firstRunShowsTheDesignValues();
+    void okStoresEveryKeyAndReadsItBack();
+    void dateFormatSwitch_data();
+    void dateFormatSwitch();
+    void savingDoesNotApplyDateFormatOrTermsAgain();
+    void taxGetters_data();
+    void taxGetters();
+    void listGetters_data();
+    void listGetters();
+    void populateListsRefillsAndRepeats();
+    void readDefaultsLoadsTheNotepadAndFillsTheLists();
+    void notepadWriteFailureIsOnlyLogged();
+    void statusColoursAreStoredAtOnce();
+    void statusSelectorShowsTheStoredColour();
+    void databaseLocation_data();
+    void databaseLocation();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_home;
+    ScriptedPlatform m_platform;
+};
+
+void TestPrefsController::initTestCase()
+{
+    // Before anything touches QSettings: it keeps the first config path it finds.
+    m_home = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_home->isValid());
+    qputenv("HOME", m_home->path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
+}
+
+void TestPrefsController::init()
+{
+    QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
+    QVERIFY(settings.fileName().startsWith(m_home->path()));
+    settings.clear();
+    settings.sync();
+    QDir(m_home->filePath(QStringLiteral("Library"))).removeRecursively();
+    m_platform = ScriptedPlatform();
+}
+
+void TestPrefsController::cleanupTestCase()
+{
+    m_home.reset();
+}
+
+void TestPrefsController::firstRunShowsTheDesignValues()
+{
+    PrefsController prefs(&m_platform);
+    QSignalSpy termsSpy(&prefs, &PrefsController::termsApplied);
+    QSignalSpy datesSpy(&prefs, &PrefsController::dateFormatApplied);
+    QSignalSpy listsSpy(&prefs, &PrefsController::listsPopulated);
+    prefs.readDefaults(nullptr);
+
+    QCOMPARE(prefs.getGlobalTaxRate(), 20.0f);
+    QCOMPARE(prefs.getTaxStatement(), QStringLiteral("VAT"));
+    QCOMPARE(prefs.getCurrency(), QStringLiteral("£"));
+    QCOMPARE(prefs.getOrderPrefix(), QStringLiteral("ORD"));
+    QCOMPARE(prefs.getItemPrefix(), QStringLiteral("P"));
+    QCOMPARE(prefs.getStockWarn(), QStringLiteral("2"));
+    QCOMPARE(QStringList({prefs.getTermOrder(), prefs.getTermOrders(), prefs.getTermItem(), prefs.getTermItems(),
+                          prefs.getTermBOM()}),
+             lines({"Order", "Orders", "Item", "Items", "Materials"}));
+    QCOMPARE(prefs.getStatusList(), lines({"Enquiry", "Quote", "Order", "Invoiced", "Complete"}));
+    QVERIFY(!prefs.getInvoiceCategoryList().isEmpty());
+    QVERIFY(!prefs.getContactTypeList().isEmpty());
+    QVERIFY(prefs.isUKFormat());
+    QCOMPARE(prefs.dateFormat(), QStringLiteral("%d/%m/%y"));
+    QCOMPARE(prefs.selectFromItemsTitle(), QStringLiteral("Select From Items"));
+    // The first-run location is the bundle the loader opens with no preference.
+    QCOMPARE(DatabasePaths::expandTilde(prefs.getDbLocation()), DatabasePaths::databaseLocation());
+
+    QCOMPARE(termsSpy.count(), 1);
+    QCOMPARE(datesSpy.count(), 1);
+    // No notepad yet: the pop-ups are not filled until the first OK.
+    QCOMPARE(listsSpy.count(), 0);
+    QVERIFY(prefs.orderStatusItems().isEmpty());
+    QVERIFY(prefs.contactTypeItems().isEmpty());
+    // Reading writes nothing.
+    QVERIFY(QSettings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick")).allKeys().isEmpty());
+}
+
+void TestPrefsController::okStoresEveryKeyAndReadsItBack()
+{
+    PrefsController prefs(&m_platform);
+    prefs.readDefaults();
+    PrefsControls &c = prefs.controls();
+    c.taxRate = QStringLiteral("17.5");
+    c.taxStatement = QStringLiteral("VAT no 123");
+    c.dateFormatColumn = 1;
+    c.currency = QStringLiteral("€");
+    c.orderPrefix = QStringLiteral("JOB-");
+    c.itemPrefix = QStringLiteral("SKU");
+    c.stockWarn = QStringLiteral("5");
+    c.terms = {QStringLiteral("Job"), QStringLiteral("Jobs"), QStringLiteral("Part"), QStringLiteral("Parts"),
+               QStringLiteral("Lines")};
+    c.invoiceCategories = QStringLiteral("Rent\n\nFuel");
+    c.statuses = QStringLiteral("New\nDone\n");
+    c.contactTypes = QString();
+    c.dbLocation = QStringLiteral("/srv/shop/shop.lwkdb");
+    const PrefsControls edited = c;
+
+    QTextCursor cursor(prefs.notepad());
+    QTextCharFormat bold;
+    bold.setFontWeight(QFont::Bold);
+    cursor.insertText(QStringLiteral("Call the bank"), bold);
+
+    LogCapture log;
+    QSignalSpy closeSpy(&prefs, &PrefsController::closeWindowRequested);
+    prefs.OKButton(nullptr);
+    QCOMPARE(closeSpy.count(), 1);
+    QCOMPARE(log.lines(), lines({"Saving terms", "Saving lists", "Saving notepad"}));
+    QVERIFY(m_platform.alerts.isEmpty());
+
+    const QList<std::pair<const char *, const char *>> expected = {
+        {"LedgerwickTaxRate", "17.5"},           {"LedgerwickTaxStatement", "VAT no 123"},
+        {"LedgerwickDateFormat", "1"},           {"LedgerwickCurrency", "€"},
+        {"LedgerwickOrderPrefix", "JOB-"},       {"LedgerwickItemPrefix", "SKU"},
+        {"LedgerwickStockWarn", "5"},            {"LedgerwickTermOrder", "Job"},
+        {"LedgerwickTermOrders", "Jobs"},        {"LedgerwickTermItem", "Part"},
+        {"LedgerwickTermItems", "Parts"},        {"LedgerwickTermBOM", "Lines"},
+        {"LedgerwickInvoiceCategories", "Rent\n\nFuel"}, {"LedgerwickStatuses", "New\nDone\n"},
+        {"LedgerwickContactTypes", ""},          {"LedgerwickDbLocation", "/srv/shop/shop.lwkdb"},
+    };
+    QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
+    QCOMPARE(settings.allKeys().size(), expected.size());
+    for (const auto &[key, value] : expected)
+        QVERIFY2(storedText(QLatin1String(key)) == QString::fromUtf8(value), key);
+    // The database loader reads the same key from the same store.
+    QCOMPARE(DatabasePaths::locationPreference(), QStringLiteral("/srv/shop/shop.lwkdb"));
+
+    // The notepad sits in the standard bundle, wherever the database goes.
+    QVERIFY(QFileInfo(DatabasePaths::standardBundleFolder()).isDir());
+    QVERIFY(QFileInfo::exists(PrefsController::notepadPath() + QStringLiteral("/TXT.rtf")));
+    // Saving ends by filling the pop-ups.
+    QCOMPARE(prefs.billCategoryItems(), lines({"Rent", "", "Fuel"}));
+
+    // A fresh start finds it all again.
+    PrefsController next(&m_platform);
+    next.readDefaults();
+    QVERIFY(next.controls() == edited);
+    QCOMPARE(next.getTaxStatement(), QStringLiteral("VAT no 123"));
+    QCOMPARE(next.notepad()->toPlainText(), QStringLiteral("Call the bank"));
+    QTextCursor read(next.notepad());
+    read.movePosition(QTextCursor::NextCharacter);
+    QCOMPARE(read.charFormat().fontWeight(), int(QFont::Bold));
+    QVERIFY(!next.notepad()->isUndoAvailable());
+    QCOMPARE(next.orderStatusItems(), lines({"New", "Done", ""}));
+}
+
+void TestPrefsController::dateFormatSwitch_data()
+{
+    QTest::addColumn<QVariant>("stored"); // invalid: the key is absent
+    QTest::addColumn<int>("shownColumn");   // the matrix before loading
+    QTest::addColumn<bool>("ukFormat");
+
+    QTest::addRow("1 is month first") << QVariant(QStringLiteral("1")) << 0 << false;
+    QTest::addRow("0 is day first") << QVariant(QStringLiteral("0")) << 1 << true;
+    QTest::addRow("2 is day first") << QVariant(QStringLiteral("2")) << 1 << true;
+    QTest::addRow("' 1' is day first") << QVariant(QStringLiteral(" 1")) << 1 << true;
+    QTest::addRow("absent keeps day first") << QVariant() << 0 << true;
+    QTest::addRow("absent keeps month first") << QVariant() << 1 << false;
+}
+
+void TestPrefsController::dateFormatSwitch()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(int, shownColumn);
+    QFETCH(bool, ukFormat);
+    if (stored.isValid())
+        storeText(QStringLiteral("LedgerwickDateFormat"), stored);
+
+    PrefsController prefs(&m_platform);
+    prefs.controls().dateFormatColumn = shownColumn;
+    prefs.readDefaults();
+    QCOMPARE(prefs.isUKFormat(), ukFormat);
+    QCOMPARE(prefs.controls().dateFormatColumn, ukFormat ? 0 : 1);
+    QCOMPARE(prefs.dateFormat(), ukFormat ? QStringLiteral("%d/%m/%y") : QStringLiteral("%m/%d/%y"));
+    QCOMPARE(prefs.dateTimeFormat(), prefs.dateFormat() + QStringLiteral(" %H:%M"));
+    QCOMPARE(prefs.dateFormatLabel(), ukFormat ? QStringLiteral("dd/mm/yy") : QStringLiteral("mm/dd/yy"));
+
+    // Whatever was read, OK writes one of the two values.
+    prefs.OKButton();
+    QCOMPARE(storedText(QStringLiteral("LedgerwickDateFormat")), ukFormat ? QStringLiteral("0") : QStringLiteral("1"));
+}
+
+void TestPrefsController::savingDoesNotApplyDateFormatOrTermsAgain()
+{
+    PrefsController prefs(&m_platform);
+    prefs.readDefaults();
+    QSignalSpy datesSpy(&prefs, &PrefsController::dateFormatApplied);
+    QSignalSpy termsSpy(&prefs, &PrefsController::termsApplied);
+    prefs.controls().dateFormatColumn = 1;
+    prefs.controls().terms.orders = QStringLiteral("Jobs");
+    prefs.controls().terms.items = QStringLiteral("Parts");
+    prefs.OKButton();
+
+    QVERIFY(prefs.isUKFormat());
+    QCOMPARE(prefs.dateFormat(), QStringLiteral("%d/%m/%y"));
+    QCOMPARE(prefs.appliedTerms().orders, QStringLiteral("Orders"));
+    QCOMPARE(prefs.getTermOrders(), QStringLiteral("Jobs")); // the getters read the controls
+    QCOMPARE(datesSpy.count(), 0);
+    QCOMPARE(termsSpy.count(), 0);
+
+    PrefsController nextStart(&m_platform);
+    nextStart.readDefaults();
+    QVERIFY(!nextStart.isUKFormat());
+    QCOMPARE(nextStart.dateFormatLabel(), QStringLiteral("mm/dd/yy"));
+    QCOMPARE(nextStart.appliedTerms().orders, QStringLiteral("Jobs"));
+    QCOMPARE(nextStart.selectFromItemsTitle(), QStringLiteral("Select From Parts"));
+}
+
+void TestPrefsController::taxGetters_data()
+{
+    QTest::addColumn<QString>("rate");
+    QTest::addColumn<float>("rateValue");
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("trimmed");
+
+    QTest::addRow("plain") << QStringLiteral("20.00") << 20.0f << QStringLiteral("VAT") << QStringLiteral("VAT");
+    QTest::addRow("spaces and line end")
+        << QStringLiteral("17.5") << 17.5f << QStringLiteral("  VAT no 123\n") << QStringLiteral("VAT no 123");
+    QTest::addRow("percent sign") << QStringLiteral(" 12.5%") << 12.5f << QStringLiteral("\r\nTax\t")
+                                  << QStringLiteral("Tax");
+    QTest::addRow("not a number") << QStringLiteral("abc") << 0.0f << QString() << QString();
+    QTest::addRow("inner line end kept")
+        << QString() << 0.0f << QStringLiteral("VAT\nreg 9\n\n") << QStringLiteral("VAT\nreg 9");
+}
+
+void TestPrefsController::taxGetters()
+{
+    QFETCH(QString, rate);
+    QFETCH(float, rateValue);
+    QFETCH(QString, statement);
+    QFETCH(QString, trimmed);
+    PrefsController prefs(&m_platform);
+    prefs.controls().taxRate = rate;
+    prefs.controls().taxStatement = statement;
+    QCOMPARE(prefs.getGlobalTaxRate(), rateValue);
+    QCOMPARE(prefs.getTaxStatement(), trimmed);
+}
+
+void TestPrefsController::listGetters_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("list");        // bill categories and statuses
+    QTest::addColumn<QStringList>("contactTypes");
+
+    QTest::addRow("empty") << QString() << QStringList{QString()} << QStringList();
+    QTest::addRow("one") << QStringLiteral("Stock") << lines({"Stock"}) << lines({"Stock"});
+    QTest::addRow("blank line kept") << QStringLiteral("a\n\nb") << lines({"a", "", "b"}) << lines({"a", "", "b"});
+    QTest::addRow("trailing line end") << QStringLiteral("a\n") << lines({"a", ""}) << lines({"a", ""});
+    QTest::addRow("only a line end") << QStringLiteral("\n") << lines({"", ""}) << lines({"", ""});
+    QTest::addRow("spaces kept") << QStringLiteral(" a \nb") << lines({" a ", "b"}) << lines({" a ", "b"});
+}
+
+void TestPrefsController::listGetters()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, list);
+    QFETCH(QStringList, contactTypes);
+    PrefsController prefs(&m_platform);
+    prefs.controls().invoiceCategories = text;
+    prefs.controls().statuses = text;
+    prefs.controls().contactTypes = text;
+    QCOMPARE(prefs.getInvoiceCategoryList(), list);
+    QCOMPARE(prefs.getStatusList(), list);
+    QCOMPARE(prefs.getContactTypeList(), contactTypes);
+}
+
+void TestPrefsController::populateListsRefillsAndRepeats()
+{
+    PrefsController prefs(&m_platform);
+    QSignalSpy spy(&prefs, &PrefsController::listsPopulated);
+    prefs.controls().invoiceCategories = QStringLiteral("Rent");
+    prefs.controls().statuses = QStringLiteral("Quote\nOrder");
+    prefs.controls().contactTypes = QStringLiteral("Customer\nSupplier");
+    prefs.populateLists();
+    prefs.setColourStatusIndex(1);
+    prefs.populateLists();
+
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(prefs.billCategoryItems(), lines({"Rent"}));
+    QCOMPARE(prefs.orderStatusItems(), lines({"Quote", "Order"}));
+    QCOMPARE(prefs.colourStatusItems(), lines({"Quote", "Order"}));
+    QCOMPARE(prefs.colourStatusIndex(), 0); // a refilled pop-up shows its first entry
+    const QStringList twice = lines({"Customer", "Supplier", "Customer", "Supplier"});
+    QCOMPARE(prefs.contactTypeItems(), twice);
+    QCOMPARE(prefs.contactFilterItems(), twice);
+    QCOMPARE(prefs.companyTypeItems(), twice);
+
+    // No contact types: the contact pop-ups keep what they have.
+    prefs.controls().contactTypes.clear();
+    prefs.controls().statuses.clear();
+    prefs.controls().invoiceCategories = QStringLiteral("Fuel\nWages");
+    prefs.populateLists();
+    QCOMPARE(prefs.contactTypeItems(), twice);
+    QCOMPARE(prefs.companyTypeItems(), twice);
+    QCOMPARE(prefs.billCategoryItems(), lines({"Fuel", "Wages"}));
+    QCOMPARE(prefs.orderStatusItems(), QStringList{QString()});
+    QCOMPARE(prefs.selectedColourStatus(), QString());
+}
+
+void TestPrefsController::readDefaultsLoadsTheNotepadAndFillsTheLists()
+{
+    QTextDocument written;
+    written.setPlainText(QStringLiteral("Order more boxes\nRing Sam"));
+    QVERIFY(QDir().mkpath(DatabasePaths::standardBundleFolder()));
+    QVERIFY(RtfWriter().writeFile(&written, PrefsController::notepadPath()));
+    storeText(QStringLiteral("LedgerwickContactTypes"), QStringLiteral("Trade\nRetail"));
+
+    PrefsController prefs(&m_platform);
+    QSignalSpy spy(&prefs, &PrefsController::listsPopulated);
+    prefs.readDefaults();
+    QCOMPARE(prefs.notepad()->toPlainText(), QStringLiteral("Order more boxes\nRing Sam"));
+    QVERIFY(!prefs.notepad()->isModified());
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(prefs.contactTypeItems(), lines({"Trade", "Retail"}));
+    QCOMPARE(prefs.orderStatusItems(), prefs.getStatusList());
+}
+
+void TestPrefsController::notepadWriteFailureIsOnlyLogged()
+{
+    // A file where the bundle folder should be: nothing can be written in it.
+    QVERIFY(QDir().mkpath(DatabasePaths::applicationSupportFolder()));
+    QFile blocker(DatabasePaths::standardBundleFolder());
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+
+    PrefsController prefs(&m_platform);
+    QSignalSpy spy(&prefs, &PrefsController::listsPopulated);
+    LogCapture log;
+    prefs.OKButton();
+    QCOMPARE(log.lines().size(), 4);
+    QVERIFY(log.lines().at(3).startsWith(QStringLiteral("notepad not written")));
+    QVERIFY(m_platform.alerts.isEmpty());
+    QCOMPARE(storedText(QStringLiteral("LedgerwickCurrency")), QStringLiteral("£"));
+    QCOMPARE(spy.count(), 1); // the lists are filled all the same
+}
+
+void TestPrefsController::statusColoursAreStoredAtOnce()
+{
+    PrefsController prefs(&m_platform);
+    prefs.controls().statuses = QStringLiteral("Quote\nOrder");
+    prefs.populateLists();
+
+    prefs.setColorForStatus(QColor(128, 0, 255));
+    QVariantList colours = storedColours();
+    QCOMPARE(colours.size(), 1);
+    const QVariantMap first{{QStringLiteral("Status"), QStringLiteral("Quote")},
+                            {QStringLiteral("redComponent"), QStringLiteral("0.501961")},
+                            {QStringLiteral("greenComponent"), QStringLiteral("0.000000")},
+                            {QStringLiteral("blueComponent"), QStringLiteral("1.000000")},
+                            {QStringLiteral("alphaComponent"), QStringLiteral("1.000000")}};
+    QCOMPARE(colours.at(0).toMap(), first);
+    // On disk already, not waiting for OK.
+    QFile file(QSettings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick")).fileName());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("LedgerwickFlagColours"));
+
+    // A status with no colour yet is appended.
+    prefs.setColourStatusIndex(1);
+    prefs.setColorForStatus(QColor(0, 0, 0, 64));
+    colours = storedColours();
+    QCOMPARE(colours.size(), 2);
+    QCOMPARE(colours.at(1).toMap().value(QStringLiteral("Status")).toString(), QStringLiteral("Order"));
+    QCOMPARE(colours.at(1).toMap().value(QStringLiteral("alphaComponent")).toString(), QStringLiteral("0.250980"));
+
+    // Setting it again replaces that one entry in place.
+    prefs.setColourStatusIndex(0);
+    prefs.setColorForStatus(QColor(255, 0, 0));
+    colours = storedColours();
+    QCOMPARE(colours.size(), 2);
+    QCOMPARE(colours.at(0).toMap().value(QStringLiteral("Status")).toString(), QStringLiteral("Quote"));
+    QCOMPARE(colours.at(0).toMap().value(QStringLiteral("redComponent")).toString(), QStringLiteral("1.000000"));
+    QCOMPARE(colours.at(0).toMap().value(QStringLiteral("blueComponent")).toString(), QStringLiteral("0.000000"));
+    QCOMPARE(colours.at(1).toMap().value(QStringLiteral("Status")).toString(), QStringLiteral("Order"));
+    QCOMPARE(PrefsController::colourForStatus(QStringLiteral("Quote")), QColor(255, 0, 0));
+
+    // Nothing selected: nothing to colour.
+    prefs.controls().statuses.clear();
+    prefs.populateLists();
+    prefs.setColourStatusIndex(-1);
+    prefs.setColorForStatus(QColor(0, 255, 0));
+    QCOMPARE(storedColours(), colours);
+}
+
+void TestPrefsController::statusSelectorShowsTheStoredColour()
+{
+    auto entry = [](const char *status, const char *red, const char *alpha) {
+        return QVariantMap{{QStringLiteral("Status"), QString::fromUtf8(status)},
+                           {QStringLiteral("redComponent"), QString::fromUtf8(red)},
+                           {QStringLiteral("greenComponent"), QStringLiteral("0.000000")},
+                           {QStringLiteral("blueComponent"), QStringLiteral("0.000000")},
+                           {QStringLiteral("alphaComponent"), QString::fromUtf8(alpha)}};
+    };
+    storeText(QStringLiteral("LedgerwickFlagColours"),
+              QVariantList{entry("Quote", "0.2", "0.25"), entry("Order", "7", "1"), entry("Quote", "0.6", "0.25")});
+
+    PrefsController prefs(&m_platform);
+    prefs.controls().statuses = QStringLiteral("Quote\nOrder\nComplete");
+    prefs.populateLists();
+    QSignalSpy spy(&prefs, &PrefsController::wellColourChanged);
+
+    prefs.statusSelectorHasChanged();
+    // The last matching entry wins; the stored alpha is ignored.
+    QCOMPARE(prefs.wellColour(), QColor::fromRgbF(0.6f, 0.0f, 0.0f, 1.0f));
+    prefs.setColourStatusIndex(1);
+    prefs.statusSelectorHasChanged();
+    QCOMPARE(prefs.wellColour(), QColor(255, 0, 0)); // clamped to the calibrated range
+    prefs.setColourStatusIndex(2);
+    prefs.statusSelectorHasChanged();
+    QCOMPARE(prefs.wellColour(), QColor(Qt::white));
+    QCOMPARE(spy.count(), 3);
+    QCOMPARE(PrefsController::colourForStatus(QStringLiteral("Invoiced")), QColor(Qt::white));
+}
+
+void TestPrefsController::databaseLocation_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QString>("answer"); // what the panel returns; "" cancels
+    QTest::addColumn<QString>("location");
+    QTest::addColumn<QString>("panelTitle");
+
+    const QString before = QStringLiteral("~/Library/Application Support/Ledgerwick/ledgerwickdatabase.lwkdb");
+    QTest::addRow("choose existing") << "choose" << "/srv/shop/other.lwkdb" << "/srv/shop/other.lwkdb"
+                                     << "Choose an existing database";
+    QTest::addRow("choose cancelled") << "choose" << "" << before << "Choose an existing database";
+    QTest::addRow("choose not a database") << "choose" << "/srv/shop/notes" << before
+                                           << "Choose an existing database";
+    QTest::addRow("create gets the type") << "create" << "/srv/shop/new" << "/srv/shop/new.lwkdb"
+                                          << "Create new database";
+    QTest::addRow("create with the type") << "create" << "/srv/shop/new.lwkdb" << "/srv/shop/new.lwkdb"
+                                          << "Create new database";
+    QTest::addRow("create cancelled") << "create" << "" << before << "Create new database";
+}
+
+void TestPrefsController::databaseLocation()
+{
+    QFETCH(QString, action);
+    QFETCH(QString, answer);
+    QFETCH(QString, location);
+    QFETCH(QString, panelTitle);
+
+    PrefsController prefs(&m_platform);
+    prefs.readDefaults();
+    const QString before = prefs.getDbLocation();
+    m_platform.panelAnswers.enqueue(answer);
+    QSignalSpy spy(&prefs, &PrefsController::controlsChanged);
+    if (action == QLatin1String("choose"))
+        prefs.selectDbLocation(nullptr);
+    else
+        prefs.createDbLocation(nullptr);
+
+    QCOMPARE(m_platform.panels.size(), 1);
+    const Platform::Panel &panel = m_platform.panels.at(0);
+    QCOMPARE(panel.title, panelTitle);
+    QCOMPARE(panel.fileTypes, QStringList{QStringLiteral("lwkdb")});
+    QCOMPARE(panel.directory, DatabasePaths::applicationSupportFolder());
+    QCOMPARE(prefs.getDbLocation(), location);
+
+    const bool changed = location != before;
+    QCOMPARE(spy.count(), changed ? 1 : 0);
+    QCOMPARE(m_platform.alerts.size(), changed ? 1 : 0);
+    if (changed) {
+        const Platform::Alert &alert = m_platform.alerts.at(0);
+        QCOMPARE(alert.title, QStringLiteral("Create / switch Ledgerwick database"));
+        QCOMPARE(alert.informativeText, QStringLiteral("You will need to quit and re-start Ledgerwick to see your change."));
+        QCOMPARE(alert.buttons, QStringList{QStringLiteral("OK")});
+    }
+    // Nothing made or switched until OK and the next start.
+    QVERIFY(!QFileInfo::exists(location));
+    QCOMPARE(DatabasePaths::databaseLocation(), DatabasePaths::standardBundleFolder());
+
+    // The next panel starts in the folder of the new location; Default puts the first one back.
+    prefs.selectDbLocation(nullptr);
+    QCOMPARE(m_platform.panels.at(1).directory, QFileInfo(DatabasePaths::expandTilde(location)).absolutePath());
+    prefs.setDbLocationToDefault(nullptr);
+    QCOMPARE(prefs.getDbLocation(), before);
+}
+
+QTEST_MAIN(TestPrefsController) // the notepad is a QTextDocument: fonts need the gui application
+#include "tst_prefscontroller.moc"

@@ -1,0 +1,205 @@
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
+
+struct Run
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// Runs "ledgerwick-cli convert ARGS..." as a user would.
+Run convert(const QStringList &args)
+{
+    QProcess process;
+    process.setProgram(QStringLiteral(LW_CLI));
+    process.setArguments(QStringList{QStringLiteral("convert")} + args);
+    process.start();
+    Run run;
+    // A guard against a hung tool, not a timing check.
+    if (!process.waitForFinished(120000)) {
+        process.kill();
+        process.waitForFinished();
+        run.err = QStringLiteral("did not finish");
+        return run;
+    }
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestConvertCommand : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void rtfToText();
+    void throughEveryFormat();
+    void rtfdPackageBothWays();
+    void htmlKeepsTablesAndPictures();
+    void toPdf();
+    void wrongUsage_data();
+    void wrongUsage();
+    void unreadableInput_data();
+    void unreadableInput();
+    void unwritableOutput();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString path(const QString &name) const { return m_dir->filePath(name); }
+};
+
+void TestConvertCommand::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+}
+
+void TestConvertCommand::rtfToText()
+{
+    const Run run = convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("out.txt"))});
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(run.err.isEmpty() || !run.err.contains(QStringLiteral("convert:")));
+    const QString text = QString::fromUtf8(contents(path(QStringLiteral("out.txt"))));
+    QVERIFY(text.startsWith(QStringLiteral("Счёт № <ordernumber>\nCustomer: Петров Иван\n")));
+    QVERIFY(text.contains(QStringLiteral("Итого 30,00")));
+    QVERIFY(!text.contains(QChar::ObjectReplacementCharacter));
+    QVERIFY(text.endsWith(QLatin1Char('\n')));
+}
+
+void TestConvertCommand::throughEveryFormat()
+{
+    // rtf -> html -> rtf -> txt, and txt -> rtf -> txt: the words survive.
+    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("a.html"))}).exitCode, 0);
+    QCOMPARE(convert({path(QStringLiteral("a.html")), path(QStringLiteral("b.rtf"))}).exitCode, 0);
+    QCOMPARE(convert({path(QStringLiteral("b.rtf")), path(QStringLiteral("c.txt"))}).exitCode, 0);
+    const QString text = QString::fromUtf8(contents(path(QStringLiteral("c.txt"))));
+    for (const char *words : {"Ledgerwick Trading", "Café crème", "Widget", "€12.50", "Total due: <total>"})
+        QVERIFY2(text.contains(QString::fromUtf8(words)), words);
+    QVERIFY(contents(path(QStringLiteral("b.rtf"))).startsWith("{\\rtf1"));
+
+    QFile plain(path(QStringLiteral("plain.txt")));
+    QVERIFY(plain.open(QIODevice::WriteOnly));
+    plain.write("Line one {braces}\nLíne two\n");
+    plain.close();
+    QCOMPARE(convert({path(QStringLiteral("plain.txt")), path(QStringLiteral("plain.rtf"))}).exitCode, 0);
+    QCOMPARE(convert({path(QStringLiteral("plain.rtf")), path(QStringLiteral("again.txt"))}).exitCode, 0);
+    QCOMPARE(contents(path(QStringLiteral("again.txt"))), QByteArray("Line one {braces}\nLíne two\n"));
+}
+
+void TestConvertCommand::rtfdPackageBothWays()
+{
+    QCOMPARE(convert({kData + QStringLiteral("picture.rtfd"), path(QStringLiteral("copy.rtfd"))}).exitCode, 0);
+    QVERIFY(QFile::exists(path(QStringLiteral("copy.rtfd/TXT.rtf"))));
+    QVERIFY(QFile::exists(path(QStringLiteral("copy.rtfd/swatch.png"))));
+    // A folder given with its trailing slash, as a shell completes it.
+    QCOMPARE(convert({path(QStringLiteral("copy.rtfd/")), path(QStringLiteral("flat.rtf"))}).exitCode, 0);
+    const QByteArray rtf = contents(path(QStringLiteral("flat.rtf")));
+    QCOMPARE(rtf.count("\\pict\\pngblip"), 3);
+    QVERIFY(rtf.contains("Small again: "));
+}
+
+void TestConvertCommand::htmlKeepsTablesAndPictures()
+{
+    QCOMPARE(convert({kData + QStringLiteral("libreoffice.rtf"), path(QStringLiteral("page.html"))}).exitCode, 0);
+    const QByteArray html = contents(path(QStringLiteral("page.html")));
+    QVERIFY(html.contains("<img src=\"data:image/png;base64,"));
+    QVERIFY(html.contains("Pay online"));
+    QCOMPARE(convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("table.html"))}).exitCode, 0);
+    QVERIFY(contents(path(QStringLiteral("table.html"))).contains("<table"));
+    // And back: the picture comes from its data URL.
+    QCOMPARE(convert({path(QStringLiteral("page.html")), path(QStringLiteral("back.rtf"))}).exitCode, 0);
+    QCOMPARE(contents(path(QStringLiteral("back.rtf"))).count("\\pict\\pngblip"), 1);
+}
+
+void TestConvertCommand::toPdf()
+{
+    const Run run = convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("invoice.pdf"))});
+    QCOMPARE(run.exitCode, 0);
+    const QByteArray pdf = contents(path(QStringLiteral("invoice.pdf")));
+    QVERIFY(pdf.startsWith("%PDF-"));
+    QVERIFY(pdf.size() > 1000);
+}
+
+void TestConvertCommand::wrongUsage_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addRow("nothing") << QStringList();
+    QTest::addRow("one path") << QStringList{QStringLiteral("a.rtf")};
+    QTest::addRow("three paths") << QStringList{QStringLiteral("a.rtf"), QStringLiteral("b.rtf"), QStringLiteral("c.rtf")};
+    QTest::addRow("unknown output") << QStringList{kData + QStringLiteral("cocoa.rtf"), QStringLiteral("out.docx")};
+    QTest::addRow("unknown input") << QStringList{QStringLiteral("in.doc"), QStringLiteral("out.rtf")};
+    QTest::addRow("pdf is not read") << QStringList{QStringLiteral("in.pdf"), QStringLiteral("out.rtf")};
+}
+
+void TestConvertCommand::wrongUsage()
+{
+    QFETCH(QStringList, args);
+    const Run run = convert(args);
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY(run.err.contains(QStringLiteral("Usage: ledgerwick-cli convert IN OUT")));
+    QVERIFY(run.out.isEmpty());
+}
+
+void TestConvertCommand::unreadableInput_data()
+{
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("missing file") << QStringLiteral("missing.rtf") << QStringLiteral("missing.rtf");
+    QTest::addRow("missing package") << QStringLiteral("missing.rtfd") << QStringLiteral("TXT.rtf");
+    QTest::addRow("not rtf") << QStringLiteral("fake.rtf") << QStringLiteral("not in RTF format");
+    QTest::addRow("missing html") << QStringLiteral("missing.html") << QStringLiteral("missing.html");
+}
+
+void TestConvertCommand::unreadableInput()
+{
+    QFETCH(QString, input);
+    QFETCH(QString, message);
+    QFile fake(path(QStringLiteral("fake.rtf")));
+    QVERIFY(fake.open(QIODevice::WriteOnly));
+    fake.write("Just some text.\n");
+    fake.close();
+    const Run run = convert({path(input), path(QStringLiteral("out.txt"))});
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY(!QFile::exists(path(QStringLiteral("out.txt"))));
+}
+
+void TestConvertCommand::unwritableOutput()
+{
+    for (const char *name : {"no/such/folder/out.rtf", "no/such/folder/out.pdf", "no/such/folder/out.txt"}) {
+        const QString out = path(QString::fromLatin1(name));
+        const Run run = convert({kData + QStringLiteral("cocoa.rtf"), out});
+        QCOMPARE(run.exitCode, 1);
+        QVERIFY2(run.err.contains(out), qPrintable(run.err));
+    }
+    // An existing file in the way of a package folder is left alone.
+    QFile blocking(path(QStringLiteral("notes.rtfd")));
+    QVERIFY(blocking.open(QIODevice::WriteOnly));
+    blocking.write("keep me");
+    blocking.close();
+    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("notes.rtfd"))}).exitCode, 1);
+    QCOMPARE(contents(path(QStringLiteral("notes.rtfd"))), QByteArray("keep me"));
+}
+
+QTEST_GUILESS_MAIN(TestConvertCommand)
+#include "tst_convertcommand.moc"

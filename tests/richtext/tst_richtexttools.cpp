@@ -1,0 +1,235 @@
+#include "richtext/RichTextTools.h"
+#include "richtext/RtfReader.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QPdfWriter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextTable>
+
+namespace {
+
+const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
+
+QTextCharFormat formatAt(const QTextDocument &document, const QString &text)
+{
+    const QTextCursor found = document.find(text, 0, QTextDocument::FindCaseSensitively);
+    QTextCursor cursor(found);
+    cursor.setPosition(found.selectionStart() + 1);
+    return cursor.charFormat();
+}
+
+QTextTable *firstTable(const QTextDocument &document)
+{
+    const QList<QTextFrame *> frames = document.rootFrame()->childFrames();
+    return frames.isEmpty() ? nullptr : qobject_cast<QTextTable *>(frames.first());
+}
+
+// A table of the given column width with many rows, after a title.
+void fillTable(QTextDocument *document, qreal columnWidth, int rows)
+{
+    QTextCursor cursor(document);
+    cursor.insertText(QStringLiteral("Lines"));
+    QTextTableFormat format;
+    format.setColumnWidthConstraints({QTextLength(QTextLength::FixedLength, columnWidth),
+                                      QTextLength(QTextLength::FixedLength, columnWidth)});
+    QTextTable *table = cursor.insertTable(rows, 2, format);
+    for (int r = 0; r < rows; ++r)
+        table->cellAt(r, 0).firstCursorPosition().insertText(QStringLiteral("Item %1").arg(r));
+}
+
+int printedPages(const QTextDocument &document)
+{
+    QByteArray pdf;
+    QBuffer buffer(&pdf);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    return RichTextTools::print(&document, &writer);
+}
+
+} // namespace
+
+class TestRichTextTools : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void replaceAll_data();
+    void replaceAll();
+    void replaceAllKeepsFormat();
+    void replaceInsideTable();
+    void insertHtmlAtFirstOccurrence();
+    void insertHtmlWithoutPlaceholder();
+    void pdfOfFixtures_data();
+    void pdfOfFixtures();
+    void wideContentIsFittedToThePage();
+    void pdfToUnwritablePath();
+};
+
+void TestRichTextTools::replaceAll_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("find");
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<int>("count");
+
+    QTest::addRow("every occurrence") << "a <x> b <x>" << "<x>" << "1" << "a 1 b 1" << 2;
+    QTest::addRow("adjacent") << "<x><x>" << "<x>" << "yy" << "yyyy" << 2;
+    QTest::addRow("value holding its placeholder") << "<x>!" << "<x>" << "<x><x>" << "<x><x>!" << 1;
+    QTest::addRow("empty value removes") << "a<x>b" << "<x>" << "" << "ab" << 1;
+    QTest::addRow("case matters") << "<X> <x>" << "<x>" << "v" << "<X> v" << 1;
+    QTest::addRow("value with lines") << "To: <addr>." << "<addr>" << "Flat 1\nHigh St" << "To: Flat 1\nHigh St." << 1;
+    QTest::addRow("empty find") << "abc" << "" << "z" << "abc" << 0;
+    QTest::addRow("absent") << "abc" << "<x>" << "z" << "abc" << 0;
+    QTest::addRow("across paragraphs") << "<a>\n<a> <a>" << "<a>" << "b" << "b\nb b" << 3;
+}
+
+void TestRichTextTools::replaceAll()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, find);
+    QFETCH(QString, replacement);
+    QFETCH(QString, expected);
+    QFETCH(int, count);
+    QTextDocument document;
+    document.setPlainText(text);
+    QCOMPARE(RichTextTools::replaceAll(&document, find, replacement), count);
+    QCOMPARE(document.toPlainText(), expected);
+}
+
+void TestRichTextTools::replaceAllKeepsFormat()
+{
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    QTextCharFormat plain;
+    plain.setFontPointSize(12);
+    QTextCharFormat strong = plain;
+    strong.setFontWeight(QFont::Bold);
+    strong.setForeground(Qt::red);
+    QTextCharFormat slanted = plain;
+    slanted.setFontItalic(true);
+    cursor.insertText(QStringLiteral("Dear "), plain);
+    cursor.insertText(QStringLiteral("<name>"), strong);
+    cursor.insertText(QStringLiteral(", from "), plain);
+    // A placeholder whose characters differ: it takes its first one's format.
+    cursor.insertText(QStringLiteral("<com"), slanted);
+    cursor.insertText(QStringLiteral("pany>"), plain);
+    cursor.insertText(QStringLiteral(" <name>."), plain);
+
+    QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<name>"), QStringLiteral("Alice")), 2);
+    QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<company>"), QStringLiteral("Acme")), 1);
+    QCOMPARE(document.toPlainText(), QStringLiteral("Dear Alice, from Acme Alice."));
+    const QTextCharFormat name = formatAt(document, QStringLiteral("Alice"));
+    QCOMPARE(name.fontWeight(), int(QFont::Bold));
+    QCOMPARE(name.foreground().color(), QColor(Qt::red));
+    QVERIFY(formatAt(document, QStringLiteral("Acme")).fontItalic());
+    QVERIFY(!formatAt(document, QStringLiteral(" Alice.")).fontItalic());
+    QVERIFY(formatAt(document, QStringLiteral(", from")).fontWeight() < QFont::DemiBold);
+    const QTextCursor second = document.find(QStringLiteral("Alice"), 10);
+    QTextCursor inSecond(second);
+    inSecond.setPosition(second.selectionStart() + 1);
+    QVERIFY(inSecond.charFormat().fontWeight() < QFont::DemiBold);
+}
+
+void TestRichTextTools::replaceInsideTable()
+{
+    QTextDocument document;
+    QVERIFY(RtfReader().readFile(kData + QStringLiteral("cocoa.rtf"), &document));
+    QVERIFY(RichTextTools::replaceAll(&document, QStringLiteral("Widget"), QStringLiteral("Sprocket, large")) == 1);
+    QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<total>"), QStringLiteral("€15.50")), 2);
+    QCOMPARE(firstTable(document)->cellAt(1, 0).firstCursorPosition().block().text(), QStringLiteral("Sprocket, large"));
+    QVERIFY(document.toPlainText().contains(QStringLiteral("Total due: €15.50")));
+    QVERIFY(!document.toPlainText().contains(QStringLiteral("<total>")));
+}
+
+void TestRichTextTools::insertHtmlAtFirstOccurrence()
+{
+    QTextDocument document;
+    document.setPlainText(QStringLiteral("Items:\n<itemsordered>\nEnd <itemsordered>"));
+    QVERIFY(RichTextTools::insertHtml(
+        &document, QStringLiteral("<itemsordered>"),
+        QStringLiteral("<table border=\"1\"><tr><th>Item</th><th>Price</th></tr><tr><td>Bolt</td><td>0.10</td></tr></table>")));
+    QTextTable *table = firstTable(document);
+    QVERIFY(table);
+    QCOMPARE(table->rows(), 2);
+    QCOMPARE(table->columns(), 2);
+    QCOMPARE(table->cellAt(1, 0).firstCursorPosition().block().text(), QStringLiteral("Bolt"));
+    QVERIFY(formatAt(document, QStringLiteral("Price")).fontWeight() >= QFont::DemiBold);
+    // Only the first placeholder: the second stays in the text.
+    const QString text = document.toPlainText();
+    QCOMPARE(text.count(QStringLiteral("<itemsordered>")), 1);
+    QVERIFY(text.startsWith(QStringLiteral("Items:")));
+    QVERIFY(text.endsWith(QStringLiteral("End <itemsordered>")));
+}
+
+void TestRichTextTools::insertHtmlWithoutPlaceholder()
+{
+    QTextDocument document;
+    document.setPlainText(QStringLiteral("No lines here"));
+    QVERIFY(!RichTextTools::insertHtml(&document, QStringLiteral("<itemsordered>"), QStringLiteral("<b>x</b>")));
+    QVERIFY(!RichTextTools::insertHtml(&document, QString(), QStringLiteral("<b>x</b>")));
+    QCOMPARE(document.toPlainText(), QStringLiteral("No lines here"));
+}
+
+void TestRichTextTools::pdfOfFixtures_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"cocoa.rtf", "picture.rtfd", "libreoffice.rtf", "word1251.rtf", "shiftjis.rtf"})
+        QTest::addRow("%s", name) << QString::fromLatin1(name);
+}
+
+void TestRichTextTools::pdfOfFixtures()
+{
+    QFETCH(QString, name);
+    QTextDocument document;
+    QVERIFY(RtfReader().readFile(kData + name, &document));
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("out.pdf"));
+    QString error;
+    QVERIFY2(RichTextTools::writePdf(&document, path, &error), qPrintable(error));
+    QFile pdf(path);
+    QVERIFY(pdf.open(QIODevice::ReadOnly));
+    const QByteArray data = pdf.readAll();
+    QVERIFY(data.startsWith("%PDF-"));
+    QVERIFY(data.contains("/Type /Page"));
+    QVERIFY(data.size() > 1000);
+    // The caller's document is not laid out for the printer.
+    QCOMPARE(document.pageSize().width(), QTextDocument().pageSize().width());
+}
+
+void TestRichTextTools::wideContentIsFittedToThePage()
+{
+    // The same rows in columns three times wider than an A4 page: scaled to
+    // the page width, they take about a third of the pages.
+    QTextDocument narrow;
+    fillTable(&narrow, 150, 400);
+    QTextDocument wide;
+    fillTable(&wide, 1200, 400);
+    const int narrowPages = printedPages(narrow);
+    const int widePages = printedPages(wide);
+    QVERIFY2(narrowPages >= 6, qPrintable(QString::number(narrowPages)));
+    QVERIFY2(widePages * 2 < narrowPages, qPrintable(QStringLiteral("%1 vs %2").arg(widePages).arg(narrowPages)));
+    QVERIFY(widePages >= 1);
+}
+
+void TestRichTextTools::pdfToUnwritablePath()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    QTextDocument document;
+    document.setPlainText(QStringLiteral("x"));
+    QString error;
+    const QString path = dir.filePath(QStringLiteral("missing/out.pdf"));
+    QVERIFY(!RichTextTools::writePdf(&document, path, &error));
+    QVERIFY(error.contains(path));
+}
+
+QTEST_MAIN(TestRichTextTools)
+#include "tst_richtexttools.moc"
