@@ -3,6 +3,9 @@
 #include "core/CalendarDate.h"
 #include "core/DatabasePaths.h"
 #include "core/Log.h"
+#include "core/lwDateFormatter.h"
+#include "prefs/Manual.h"
+#include "prefs/PrefsController.h"
 #include "core/NumberText.h"
 #include "core/Platform.h"
 #include "core/PropertyListWriter.h"
@@ -25,7 +28,8 @@
 using Kind = DatabaseStore::Kind;
 
 Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
-    : QObject(parent), m_platform(platform)
+    : QObject(parent), m_platform(platform), m_prefs(new PrefsController(platform, this)),
+      m_manual(new Manual(platform, this))
 {
     // Until each manager brings its own rules, its list is a plain table of
     // its records, dates sorting as dates where the record kind says so.
@@ -39,6 +43,27 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
 }
 
 Ledgerwick::~Ledgerwick() = default;
+
+void Ledgerwick::setPlatform(Platform *platform)
+{
+    m_platform = platform;
+    m_prefs->setPlatform(platform);
+    m_manual->setPlatform(platform);
+}
+
+void Ledgerwick::startUp()
+{
+    m_prefs->readDefaults(this);
+    m_dateFormatter = std::make_unique<lwDateFormatter>(this);
+    readDatabase();
+    lwLog(QStringLiteral("Finished reading database"));
+}
+
+void Ledgerwick::applicationShouldTerminate()
+{
+    m_prefs->OKButton(this);
+    writeDatabase(this);
+}
 
 void Ledgerwick::setManager(Kind kind, lwDataSource *manager)
 {
@@ -126,7 +151,7 @@ bool Ledgerwick::fileManagerShouldProceedAfterError(const QString &error)
 
 void Ledgerwick::readDatabase(bool takeLock)
 {
-    m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation()
+    m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation(m_prefs->getDbLocation())
                                                         : DatabasePaths::expandTilde(m_locationOverride);
     const QDir folder(m_originalDbLocation);
     m_unreadable.fill(false);
@@ -281,7 +306,7 @@ bool Ledgerwick::writeDatabase(QObject *which)
         return false; // a save asked by anything else writes nothing
 
     if (m_originalDbLocation.isEmpty())
-        m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation()
+        m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation(m_prefs->getDbLocation())
                                                             : DatabasePaths::expandTilde(m_locationOverride);
     QDir().mkpath(DatabasePaths::applicationSupportFolder());
     QDir().mkpath(DatabasePaths::standardBundleFolder());

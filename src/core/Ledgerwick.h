@@ -11,6 +11,9 @@
 #include <memory>
 
 class Contact;
+class Manual;
+class PrefsController;
+class lwDateFormatter;
 class Platform;
 class dataObject;
 class lwDataSource;
@@ -26,7 +29,20 @@ public:
     ~Ledgerwick() override;
 
     Platform *platform() const { return m_platform; }
-    void setPlatform(Platform *platform) { m_platform = platform; }
+    void setPlatform(Platform *platform);
+
+    PrefsController *getPrefsController() const { return m_prefs; }
+    Manual *getManual() const { return m_manual; }
+    // Created at start-up; none before.
+    lwDateFormatter *getDateFormatter() const { return m_dateFormatter.get(); }
+
+    // --- start and quit -----------------------------------------------------
+    // In order: the preferences, the date formatter, the database (with its
+    // lock), then "Finished reading database" in the log.
+    void startUp();
+    // Before quitting: the preferences are stored as if confirmed, then
+    // everything is saved (nothing while read-only).
+    void applicationShouldTerminate();
 
     // --- the managers -------------------------------------------------------
     lwDataSource *contactManager() const { return manager(DatabaseStore::Kind::Contacts); }
@@ -114,6 +130,9 @@ private:
     QString keepUnreadableAside(DatabaseStore::Kind kind, const QString &path);
 
     Platform *m_platform = nullptr; // not owned: the app, CLI or test installs it
+    PrefsController *m_prefs = nullptr;
+    Manual *m_manual = nullptr;
+    std::unique_ptr<lwDateFormatter> m_dateFormatter;
     bool m_readOnly = false;
     std::array<lwDataSource *, 6> m_managers{};
     std::array<bool, 6> m_unreadable{};

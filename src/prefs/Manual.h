@@ -15,6 +15,7 @@ class Manual : public QObject
     Q_OBJECT
 public:
     explicit Manual(Platform *platform, QObject *parent = nullptr);
+    void setPlatform(Platform *platform) { m_platform = platform; }
 
     // The project's home page, opened by updates().
     static QString homePage();

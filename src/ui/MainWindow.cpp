@@ -4,6 +4,8 @@
 #include "core/Platform.h"
 #include "core/RecordTable.h"
 #include "core/lwKeyResponder.h"
+#include "prefs/Manual.h"
+#include "prefs/PrefsController.h"
 #include "ui/integrityTableView.h"
 #include "ui/lwOutlineView.h"
 
@@ -132,9 +134,16 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
     buildToolbar();
     buildMenus();
     statusBar()->showMessage(lwTr("Ready"));
-    resize(1100, 700);
+    resize(1240, 760);
 
     connect(m_ledgerwick, &Ledgerwick::lockFound, this, &MainWindow::showLockSheet);
+    PrefsController *prefs = m_ledgerwick->getPrefsController();
+    connect(prefs, &PrefsController::termsApplied, this, [this, prefs] {
+        const PrefsTerms &terms = prefs->appliedTerms();
+        setTerms(terms.order, terms.orders, terms.item, terms.items);
+    });
+    connect(this, &MainWindow::preferencesRequested, prefs, [prefs] { prefs->openWindow(); });
+    connect(this, &MainWindow::helpRequested, m_ledgerwick->getManual(), [l = m_ledgerwick] { l->getManual()->menu1(); });
     connect(m_ledgerwick, &Ledgerwick::readOnlyChanged, this, [this](bool readOnly) {
         setWindowTitle(readOnly ? QStringLiteral("Ledgerwick — ") + lwTr("read-only") : QStringLiteral("Ledgerwick"));
     });
@@ -504,7 +513,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     // Closing the main window quits, saving everything first.
     if (!m_saved) {
-        m_ledgerwick->writeDatabase(m_ledgerwick);
+        m_ledgerwick->applicationShouldTerminate();
         m_saved = true;
     }
     event->accept();

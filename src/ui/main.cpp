@@ -1,6 +1,8 @@
 #include "core/Ledgerwick.h"
-#include "core/Log.h"
+#include "prefs/PrefsController.h"
 #include "ui/MainWindow.h"
+#include "ui/NotepadWindow.h"
+#include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
 
 #include <QApplication>
@@ -20,9 +22,17 @@ int main(int argc, char *argv[])
     Ledgerwick ledgerwick(&platform);
     MainWindow window(&ledgerwick);
     platform.setWindow(&window);
+    PrefsWindow prefsWindow(ledgerwick.getPrefsController(), &window);
+    NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
+    QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
+        notepad.show();
+        notepad.raise();
+        notepad.activateWindow();
+    });
     window.show();
 
-    ledgerwick.readDatabase();
-    lwLog(QStringLiteral("Finished reading database"));
+    // Opening a document from the desktop is accepted and ignored: any file
+    // arguments are passed over.
+    ledgerwick.startUp();
     return app.exec();
 }
