@@ -304,7 +304,9 @@ void MainWindow::buildMenus()
     edit->addAction(lwTr("&Delete"), this, &MainWindow::deleteMenuItem);
     edit->addSeparator();
     QAction *prefs = edit->addAction(lwTr("Pr&eferences…"), this, &MainWindow::preferencesRequested);
-    prefs->setShortcut(QKeySequence::Preferences);
+    // Not every desktop defines a standard key for the preferences.
+    const QList<QKeySequence> prefsKeys = QKeySequence::keyBindings(QKeySequence::Preferences);
+    prefs->setShortcut(prefsKeys.isEmpty() ? QKeySequence(Qt::CTRL | Qt::Key_Comma) : prefsKeys.first());
     prefs->setMenuRole(QAction::PreferencesRole);
 
     QMenu *view = menuBar()->addMenu(lwTr("&View"));
