@@ -110,9 +110,9 @@ int main(int argc, char *argv[])
         loaded = std::move(ledgerwick);
     }
     std::printf("records: contacts %d, orders %d, items %d, materials %d, bills %d, actions %d\n",
-                loaded->contactManager()->getCount(), loaded->orderManager()->getCount(),
-                loaded->itemManager()->getCount(), loaded->bomManager()->getCount(),
-                loaded->billManager()->getCount(), loaded->actionManager()->getCount());
+                loaded->getContactManager()->getCount(), loaded->getOrderManager()->getCount(),
+                loaded->getItemManager()->getCount(), loaded->getBOMManager()->getCount(),
+                loaded->getBillManager()->getCount(), loaded->getActionManager()->getCount());
 
     // Save all six, against writing the same bytes raw with the same flush.
     std::vector<double> saves, rawWrites;

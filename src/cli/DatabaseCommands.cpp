@@ -42,9 +42,9 @@ int checkCommand(const QStringList &args)
         const char *label;
         lwDataSource *collection;
     } counts[] = {
-        {"contacts", ledgerwick.contactManager()}, {"orders", ledgerwick.orderManager()},
-        {"items", ledgerwick.itemManager()},       {"materials", ledgerwick.bomManager()},
-        {"bills", ledgerwick.billManager()},       {"actions", ledgerwick.actionManager()},
+        {"contacts", ledgerwick.getContactManager()}, {"orders", ledgerwick.getOrderManager()},
+        {"items", ledgerwick.getItemManager()},       {"materials", ledgerwick.getBOMManager()},
+        {"bills", ledgerwick.getBillManager()},       {"actions", ledgerwick.getActionManager()},
     };
     for (const auto &count : counts)
         std::printf("%s %d\n", count.label, count.collection->getCount());

@@ -90,7 +90,7 @@ void Ledgerwick::cancelLockSheet()
 
 Contact *Ledgerwick::getContactbyId(const QString &id) const
 {
-    return dynamic_cast<Contact *>(contactManager()->getItemById(NumberText::intValue(id)));
+    return dynamic_cast<Contact *>(getContactManager()->getItemById(NumberText::intValue(id)));
 }
 
 QString Ledgerwick::getContactNameforId(const QString &id) const
@@ -103,7 +103,7 @@ QString Ledgerwick::getContactNameforId(const QString &id) const
 
 QString Ledgerwick::getContactIdForName(const QString &name) const
 {
-    for (const auto &record : contactManager()->records()) {
+    for (const auto &record : getContactManager()->records()) {
         const auto *contact = dynamic_cast<const Contact *>(record.get());
         if (contact && contact->getName() == name)
             return QString::number(contact->getID());
@@ -113,18 +113,18 @@ QString Ledgerwick::getContactIdForName(const QString &name) const
 
 int Ledgerwick::getContactIdForOrder(int orderId) const
 {
-    const auto *order = dynamic_cast<const Order *>(orderManager()->getItemById(orderId));
+    const auto *order = dynamic_cast<const Order *>(getOrderManager()->getItemById(orderId));
     return order ? order->getContactId() : 0;
 }
 
 dataObject *Ledgerwick::getProductbyId(int id) const
 {
-    return itemManager()->getItemById(id);
+    return getItemManager()->getItemById(id);
 }
 
 void Ledgerwick::connectContact(const std::shared_ptr<Contact> &contact, int orderId)
 {
-    auto *order = dynamic_cast<Order *>(orderManager()->getItemById(orderId));
+    auto *order = dynamic_cast<Order *>(getOrderManager()->getItemById(orderId));
     if (!order || !contact)
         return;
     order->setContact(contact);
@@ -137,9 +137,20 @@ void Ledgerwick::setCurrentOrder(int orderId)
     Q_EMIT currentOrderChanged(orderId);
 }
 
+void Ledgerwick::requestOrderManagerResign()
+{
+    getOrderManager()->requestResign(this);
+}
+
+void Ledgerwick::requestCheckoutManagerResign()
+{
+    if (m_checkoutManager)
+        m_checkoutManager->requestResign(this);
+}
+
 QString Ledgerwick::getCurrentContactIdAsString() const
 {
-    const dataObject *contact = contactManager()->getSelectedItem();
+    const dataObject *contact = getContactManager()->getSelectedItem();
     return contact ? QString::number(contact->getID()) : QStringLiteral("-1");
 }
 
@@ -347,7 +358,7 @@ bool Ledgerwick::writeDatabase(QObject *which)
             return false; // and the lock stays
         ok = ok && outcome.result == WriteResult::Written;
     }
-    if (!all && which != actionManager())
+    if (!all && which != getActionManager())
         return ok;
     // Every save that writes the actions releases the lock.
     QFile lock(m_lockLocation);

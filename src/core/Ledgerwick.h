@@ -45,12 +45,12 @@ public:
     void applicationShouldTerminate();
 
     // --- the managers -------------------------------------------------------
-    lwDataSource *contactManager() const { return manager(DatabaseStore::Kind::Contacts); }
-    lwDataSource *orderManager() const { return manager(DatabaseStore::Kind::Orders); }
-    lwDataSource *itemManager() const { return manager(DatabaseStore::Kind::Items); }
-    lwDataSource *bomManager() const { return manager(DatabaseStore::Kind::Materials); }
-    lwDataSource *billManager() const { return manager(DatabaseStore::Kind::Bills); }
-    lwDataSource *actionManager() const { return manager(DatabaseStore::Kind::Actions); }
+    lwDataSource *getContactManager() const { return manager(DatabaseStore::Kind::Contacts); }
+    lwDataSource *getOrderManager() const { return manager(DatabaseStore::Kind::Orders); }
+    lwDataSource *getItemManager() const { return manager(DatabaseStore::Kind::Items); }
+    lwDataSource *getBOMManager() const { return manager(DatabaseStore::Kind::Materials); }
+    lwDataSource *getBillManager() const { return manager(DatabaseStore::Kind::Bills); }
+    lwDataSource *getActionManager() const { return manager(DatabaseStore::Kind::Actions); }
     lwDataSource *manager(DatabaseStore::Kind kind) const { return m_managers[size_t(kind)]; }
     // Puts a manager in place of the plain collection of its kind (the
     // controller takes ownership). Done before the database is read.
@@ -71,6 +71,12 @@ public:
     // The order whose lines are shown (its id; 0 for none).
     void setCurrentOrder(int orderId);
     int getCurrentOrder() const { return m_currentOrder; }
+    // The checkout and the order editor each ask the other to let go of an
+    // unfinished edit when they come to the front.
+    void requestOrderManagerResign();
+    void requestCheckoutManagerResign();
+    void setCheckoutManager(lwDataSource *checkout) { m_checkoutManager = checkout; }
+    lwDataSource *getCheckoutManager() const { return m_checkoutManager; }
     // The id ("%i") of the contact selected in the contacts list, "-1" when none.
     QString getCurrentContactIdAsString() const;
 
@@ -141,4 +147,5 @@ private:
     QString m_lockLocation;
     QString m_lockDateTime;
     int m_currentOrder = 0;
+    lwDataSource *m_checkoutManager = nullptr; // none until the checkout exists
 };

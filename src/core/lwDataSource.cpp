@@ -372,6 +372,10 @@ void lwDataSource::edit(QObject *)
 {
 }
 
+void lwDataSource::requestResign(QObject *)
+{
+}
+
 void lwDataSource::getWindowTitle(QObject *)
 {
 }

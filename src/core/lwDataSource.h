@@ -82,6 +82,9 @@ public:
     // Plain collections have no editor and do nothing.
     virtual void create(QObject *sender);
     virtual void edit(QObject *sender);
+    // Asked when another editor of the same records comes to the front: the
+    // manager commits or drops its unfinished edit. Plain collections have none.
+    virtual void requestResign(QObject *sender);
     virtual void getWindowTitle(QObject *sender);
     virtual void remove(QObject *sender);
     virtual void sort(QObject *sender);

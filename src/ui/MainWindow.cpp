@@ -83,25 +83,25 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
         tabs->addTab(page, title);
     };
     addTab(m_tabs,
-           makeList(m_ledgerwick->contactManager(),
+           makeList(m_ledgerwick->getContactManager(),
                     {col("name", "Name", 180), col("companyname", "Company", 160), col("phone", "Phone", 110),
                      col("email", "Email", 180), col("type", "Type", 90), col("kind", "Kind", 110)},
                     true),
            QStringLiteral("1"), lwTr("Contacts"));
     addTab(m_tabs,
-           makeList(m_ledgerwick->orderManager(),
+           makeList(m_ledgerwick->getOrderManager(),
                     {col("orderNum", "Number", 80), col("date", "Date", 80), col("title", "Title", 220),
                      col("status", "Status", 90), col("value", "Value", 90), col("balance", "Balance", 90)},
                     false),
            QStringLiteral("2"), lwTr("Orders"));
     addTab(m_tabs,
-           makeList(m_ledgerwick->itemManager(),
+           makeList(m_ledgerwick->getItemManager(),
                     {col("code", "Code", 80), col("item", "Item", 220), col("qty", "Qty", 60),
                      col("price", "Price", 80), col("bought", "Cost", 80), col("status", "Status", 90)},
                     false),
            QStringLiteral("3"), lwTr("Items"));
     addTab(m_tabs,
-           makeList(m_ledgerwick->actionManager(),
+           makeList(m_ledgerwick->getActionManager(),
                     {col("title", "Title", 220), col("startdate", "Start", 80), col("enddate", "End", 80),
                      col("totaltime", "Time", 60), col("totalcharge", "Charge", 80), col("complete", "Done", 50)},
                     false),
@@ -110,7 +110,7 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
     m_accountsTabs = new QTabWidget;
     m_accountsTabs->setObjectName(QStringLiteral("accountsTabView"));
     addTab(m_accountsTabs,
-           makeList(m_ledgerwick->billManager(),
+           makeList(m_ledgerwick->getBillManager(),
                     {col("number", "Number", 80), col("datepaid", "Date Paid", 90), col("name", "Name", 180),
                      col("category", "Category", 110), col("amount", "Amount", 90), col("vat", "VAT", 80)},
                     false),
@@ -233,21 +233,21 @@ QAction *MainWindow::toolbarItem(const QString &identifier)
     Ledgerwick *l = m_ledgerwick;
     const QString id = identifier;
     if (id == QLatin1String("contactItemIdentifier"))
-        connect(action, &QAction::triggered, this, [l] { l->contactManager()->create(l); });
+        connect(action, &QAction::triggered, this, [l] { l->getContactManager()->create(l); });
     else if (id == QLatin1String("companyItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::companyRequested);
     else if (id == QLatin1String("printItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::printMenuItem);
     else if (id == QLatin1String("orderItemIdentifier"))
-        connect(action, &QAction::triggered, this, [l] { l->orderManager()->create(l); });
+        connect(action, &QAction::triggered, this, [l] { l->getOrderManager()->create(l); });
     else if (id == QLatin1String("itemItemIdentifier"))
-        connect(action, &QAction::triggered, this, [l] { l->itemManager()->create(l); });
+        connect(action, &QAction::triggered, this, [l] { l->getItemManager()->create(l); });
     else if (id == QLatin1String("deleteItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::deleteMenuItem);
     else if (id == QLatin1String("editItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::editMenuItem);
     else if (id == QLatin1String("todoItemIdentifier"))
-        connect(action, &QAction::triggered, this, [l] { l->actionManager()->create(l); });
+        connect(action, &QAction::triggered, this, [l] { l->getActionManager()->create(l); });
     else if (id == QLatin1String("htmlItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::exportHTMLMenuItem);
     else if (id == QLatin1String("csvItemIdentifier"))
@@ -255,7 +255,7 @@ QAction *MainWindow::toolbarItem(const QString &identifier)
     else if (id == QLatin1String("prefsItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::preferencesRequested);
     else if (id == QLatin1String("billItemIdentifier"))
-        connect(action, &QAction::triggered, this, [l] { l->billManager()->create(l); });
+        connect(action, &QAction::triggered, this, [l] { l->getBillManager()->create(l); });
     else if (id == QLatin1String("padItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::notepadRequested);
     else if (id == QLatin1String("checkoutItemIdentifier"))
@@ -358,15 +358,15 @@ lwDataSource *MainWindow::frontDataSource() const
 {
     const QString tab = m_tabs->currentWidget()->property("tabIdentifier").toString();
     if (tab == QLatin1String("1"))
-        return m_ledgerwick->contactManager();
+        return m_ledgerwick->getContactManager();
     if (tab == QLatin1String("2"))
-        return m_ledgerwick->orderManager();
+        return m_ledgerwick->getOrderManager();
     if (tab == QLatin1String("3"))
-        return m_ledgerwick->itemManager();
+        return m_ledgerwick->getItemManager();
     if (tab == QLatin1String("tabActions"))
-        return m_ledgerwick->actionManager();
+        return m_ledgerwick->getActionManager();
     if (tab == QLatin1String("tabAccounts"))
-        return m_accountsTabs->currentIndex() == 0 ? m_ledgerwick->billManager() : nullptr;
+        return m_accountsTabs->currentIndex() == 0 ? m_ledgerwick->getBillManager() : nullptr;
     if (tab == QLatin1String("tabReports"))
         return m_reports;
     return nullptr;
@@ -377,7 +377,7 @@ QAbstractItemView *MainWindow::frontView() const
     const QString tab = m_tabs->currentWidget()->property("tabIdentifier").toString();
     if (tab == QLatin1String("tabAccounts")) {
         switch (m_accountsTabs->currentIndex()) {
-        case 0: return viewFor(m_ledgerwick->billManager());
+        case 0: return viewFor(m_ledgerwick->getBillManager());
         case 1: return m_moneyInView;
         default: return m_statementView;
         }
@@ -416,9 +416,9 @@ QList<lwDataSource::Column> MainWindow::visualColumns(const QAbstractItemView *v
 lwDataSource *MainWindow::managerOfFirstResponder() const
 {
     const QWidget *focus = QApplication::focusWidget();
-    const lwDataSource *order[] = {m_ledgerwick->orderManager(), m_ledgerwick->contactManager(),
-                                   m_ledgerwick->actionManager(), m_ledgerwick->itemManager(),
-                                   m_ledgerwick->billManager()};
+    const lwDataSource *order[] = {m_ledgerwick->getOrderManager(), m_ledgerwick->getContactManager(),
+                                   m_ledgerwick->getActionManager(), m_ledgerwick->getItemManager(),
+                                   m_ledgerwick->getBillManager()};
     for (const lwDataSource *source : order) {
         const QAbstractItemView *view = viewFor(source);
         if (view && focus && (focus == view || view->isAncestorOf(focus)))
@@ -479,8 +479,8 @@ void MainWindow::checkout()
 {
     dataObject *order = nullptr;
     const QWidget *focus = QApplication::focusWidget();
-    if (focus && focus == viewFor(m_ledgerwick->orderManager()))
-        order = m_ledgerwick->orderManager()->getSelectedItem();
+    if (focus && focus == viewFor(m_ledgerwick->getOrderManager()))
+        order = m_ledgerwick->getOrderManager()->getSelectedItem();
     Q_EMIT checkoutRequested(order);
 }
 

@@ -139,14 +139,14 @@ void TestDatabase::aLockMakesTheCopyReadOnly()
     QVERIFY(ledgerwick.isReadOnly());
     QCOMPARE(found.count(), 1);
     QCOMPARE(found.at(0).at(0).toString(), QStringLiteral("2007-03-01 14:05:09 +0000"));
-    QCOMPARE(ledgerwick.contactManager()->getCount(), 2);
+    QCOMPARE(ledgerwick.getContactManager()->getCount(), 2);
 
-    QVERIFY(!ledgerwick.itemManager()->readOnlyCheck());
+    QVERIFY(!ledgerwick.getItemManager()->readOnlyCheck());
     QCOMPARE(m_platform.alerts.size(), 1);
     QCOMPARE(m_platform.alerts.at(0).informativeText, QStringLiteral("Database is in read-only mode."));
 
     QVERIFY(!ledgerwick.writeDatabase(&ledgerwick));
-    QVERIFY(!ledgerwick.writeDatabase(ledgerwick.actionManager()));
+    QVERIFY(!ledgerwick.writeDatabase(ledgerwick.getActionManager()));
     QCOMPARE(fileBytes(bundle() + QStringLiteral("/contacts.xml")), before);
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/lock.xml")));
 }
@@ -159,7 +159,7 @@ void TestDatabase::actionSavesReleaseTheLock()
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/lock.xml")));
 
     LogCapture log;
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.actionManager()));
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getActionManager()));
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/actions.xml")));
     QVERIFY(!QFile::exists(bundle() + QStringLiteral("/contacts.xml")));
     QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
@@ -176,7 +176,7 @@ void TestDatabase::savesWriteOnlyTheFileAsked()
     Ledgerwick ledgerwick(&m_platform);
     ledgerwick.setDatabaseLocation(bundle());
     ledgerwick.readDatabase();
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.itemManager()));
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getItemManager()));
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/items.xml")));
     QCOMPARE(QDir(bundle()).entryList(QDir::Files), QStringList({QStringLiteral("items.xml"), QStringLiteral("lock.xml")}));
 
@@ -194,8 +194,8 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
     ledgerwick.setDatabaseLocation(bundle());
     ledgerwick.readDatabase();
 
-    auto *company = dynamic_cast<Contact *>(ledgerwick.contactManager()->getItemById(3));
-    auto *person = dynamic_cast<Contact *>(ledgerwick.contactManager()->getItemById(7));
+    auto *company = dynamic_cast<Contact *>(ledgerwick.getContactManager()->getItemById(3));
+    auto *person = dynamic_cast<Contact *>(ledgerwick.getContactManager()->getItemById(7));
     QVERIFY(company && person);
     QCOMPARE(company->getCompanyName(), QStringLiteral("Fish & Chips <Ltd>"));
     QCOMPARE(company->getWebsite(), QStringLiteral("http://example.org/?a=1&b=2"));
@@ -204,7 +204,7 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
     QCOMPARE(person->getComments(), QStringLiteral("line one\rline two\nline three\ttabbed"));
     QCOMPARE(person->getEmail(), QStringLiteral("zoe<at>example.org"));
 
-    auto *order = dynamic_cast<Order *>(ledgerwick.orderManager()->getItemById(5));
+    auto *order = dynamic_cast<Order *>(ledgerwick.getOrderManager()->getItemById(5));
     QVERIFY(order);
     QCOMPARE(order->getContactId(), 7);
     QVERIFY(order->getIncludeBOM());
@@ -212,11 +212,11 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
     QVERIFY(!order->getRepeats());
     QCOMPARE(order->getValue(), QStringLiteral("120"));
     QCOMPARE(order->getDescription(), QStringLiteral("Oak & brass, \"quoted\" 5 > 4"));
-    auto *other = dynamic_cast<Order *>(ledgerwick.orderManager()->getItemById(6));
+    auto *other = dynamic_cast<Order *>(ledgerwick.getOrderManager()->getItemById(6));
     QVERIFY(other);
     QCOMPARE(other->getSent(), Order().getSent()); // only "YES" turns a flag on
 
-    auto *item = dynamic_cast<Item *>(ledgerwick.itemManager()->getItemById(2));
+    auto *item = dynamic_cast<Item *>(ledgerwick.getItemManager()->getItemById(2));
     QVERIFY(item);
     QVERIFY(item->getDecreaseQty());
     QVERIFY(item->getExportSitemoss());
@@ -225,10 +225,10 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
     QCOMPARE(item->getQuantityMethod(), QStringLiteral("each"));
     QCOMPARE(item->getItem(), QString::fromUtf8("Brass hinge ½\""));
 
-    auto *bill = dynamic_cast<Bill *>(ledgerwick.billManager()->getItemById(1));
+    auto *bill = dynamic_cast<Bill *>(ledgerwick.getBillManager()->getItemById(1));
     QVERIFY(bill);
     QCOMPARE(bill->getName(), QStringLiteral("Rent & rates"));
-    auto *action = dynamic_cast<Action *>(ledgerwick.actionManager()->getItemById(1));
+    auto *action = dynamic_cast<Action *>(ledgerwick.getActionManager()->getItemById(1));
     QVERIFY(action);
     QVERIFY(action->isComplete());
     QVERIFY(action->isAlarm());
@@ -236,9 +236,9 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
     QCOMPARE(action->getDetails(), Action().getDetails()); // absent: the default stays
 
     // Material lines: the stored contact, or the contact of the line's order.
-    auto *stored = dynamic_cast<Material *>(ledgerwick.bomManager()->getItemById(4));
-    auto *derived = dynamic_cast<Material *>(ledgerwick.bomManager()->getItemById(9));
-    auto *orphan = dynamic_cast<Material *>(ledgerwick.bomManager()->getItemById(12));
+    auto *stored = dynamic_cast<Material *>(ledgerwick.getBOMManager()->getItemById(4));
+    auto *derived = dynamic_cast<Material *>(ledgerwick.getBOMManager()->getItemById(9));
+    auto *orphan = dynamic_cast<Material *>(ledgerwick.getBOMManager()->getItemById(12));
     QVERIFY(stored && derived && orphan);
     QCOMPARE(stored->getContact(), 9);
     QCOMPARE(derived->getContact(), 7);
@@ -265,7 +265,7 @@ void TestDatabase::materialIdsCountOnFromTheNumberLoaded()
     Ledgerwick ledgerwick(&m_platform);
     ledgerwick.setDatabaseLocation(bundle());
     ledgerwick.readDatabase();
-    lwDataSource *lines = ledgerwick.bomManager();
+    lwDataSource *lines = ledgerwick.getBOMManager();
     QCOMPARE(lines->getCount(), 3);
     QCOMPARE(lines->highestId(), 3);
     auto fresh = std::make_shared<Material>(5);
@@ -273,7 +273,7 @@ void TestDatabase::materialIdsCountOnFromTheNumberLoaded()
     QCOMPARE(fresh->getID(), 4); // the same id as the stored line 4
     QCOMPARE(lines->getItemById(4), lines->getnthItem(0));
     // The other collections keep the stored ids.
-    QCOMPARE(ledgerwick.contactManager()->highestId(), 7);
+    QCOMPARE(ledgerwick.getContactManager()->highestId(), 7);
 }
 
 void TestDatabase::hiddenRecordsAndAnyTextSurvive()
@@ -286,24 +286,24 @@ void TestDatabase::hiddenRecordsAndAnyTextSurvive()
         auto hidden = std::make_shared<Contact>();
         hidden->setName(tricky);
         hidden->setComments(tricky);
-        ledgerwick.contactManager()->add(hidden);
+        ledgerwick.getContactManager()->add(hidden);
         hidden->setVisible(false);
         auto bill = std::make_shared<Bill>();
         bill->setDetails(tricky);
-        ledgerwick.billManager()->add(bill);
+        ledgerwick.getBillManager()->add(bill);
         auto action = std::make_shared<Action>();
         action->setTitle(QString());
-        ledgerwick.actionManager()->add(action);
+        ledgerwick.getActionManager()->add(action);
         QVERIFY(ledgerwick.writeDatabase(&ledgerwick));
     }
     Ledgerwick ledgerwick(&m_platform);
     ledgerwick.setDatabaseLocation(bundle());
     ledgerwick.readDatabase();
-    auto *contact = dynamic_cast<Contact *>(ledgerwick.contactManager()->getItemById(1));
+    auto *contact = dynamic_cast<Contact *>(ledgerwick.getContactManager()->getItemById(1));
     QVERIFY(contact);
     QCOMPARE(contact->getName(), tricky);
     QCOMPARE(contact->getComments(), tricky);
-    QCOMPARE(dynamic_cast<Bill *>(ledgerwick.billManager()->getItemById(1))->getDetails(), tricky);
+    QCOMPARE(dynamic_cast<Bill *>(ledgerwick.getBillManager()->getItemById(1))->getDetails(), tricky);
     // An action is written with every field, empty ones included.
     const QByteArray actions = fileBytes(bundle() + QStringLiteral("/actions.xml"));
     for (const char *key : {"details", "enddate", "endtime", "rate", "startdate", "starttime", "title", "totalcharge",
@@ -325,11 +325,11 @@ void TestDatabase::damagedFilesAreKeptAside()
     Ledgerwick ledgerwick(&m_platform);
     ledgerwick.setDatabaseLocation(bundle());
     ledgerwick.readDatabase();
-    QCOMPARE(ledgerwick.contactManager()->getCount(), 0);
+    QCOMPARE(ledgerwick.getContactManager()->getCount(), 0);
     QVERIFY(log.lines().filter(QStringLiteral("contacts.xml could not be read")).size() == 1);
 
-    ledgerwick.contactManager()->add(std::make_shared<Contact>());
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.contactManager()));
+    ledgerwick.getContactManager()->add(std::make_shared<Contact>());
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
     const QStringList aside = QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files);
     QCOMPARE(aside.size(), 1);
     QVERIFY(QRegularExpression(QStringLiteral("^contacts\\.xml\\.unreadable-\\d{8}-\\d{6}$")).match(aside.at(0)).hasMatch());
@@ -338,7 +338,7 @@ void TestDatabase::damagedFilesAreKeptAside()
     QVERIFY(fileBytes(bundle() + QStringLiteral("/contacts.xml")).contains("<key>contacts</key>"));
 
     // Only once: the next save just writes.
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.contactManager()));
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
     QCOMPARE(QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files).size(), 1);
 }
 
@@ -350,7 +350,7 @@ void TestDatabase::checkingNeverWrites()
     ledgerwick.readDatabase(false);
     QVERIFY(!ledgerwick.isReadOnly());
     QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
-    QCOMPARE(ledgerwick.orderManager()->getCount(), 2);
+    QCOMPARE(ledgerwick.getOrderManager()->getCount(), 2);
 }
 
 QTEST_GUILESS_MAIN(TestDatabase)

@@ -1,6 +1,9 @@
 #include "contacts/Contact.h"
 #include "core/Ledgerwick.h"
+#include "core/RecordTable.h"
 #include "core/lwDataSource.h"
+#include "core/lwDateFormatter.h"
+#include "support/LogCapture.h"
 #include "orders/Order.h"
 #include "products/Item.h"
 #include "support/ScriptedPlatform.h"
@@ -8,6 +11,9 @@
 #include <QAbstractItemModelTester>
 #include <QItemSelectionModel>
 #include <QSignalSpy>
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 
 class TestLedgerwick : public QObject
@@ -17,6 +23,7 @@ private Q_SLOTS:
     void contactLookups();
     void orderLookups();
     void listsShowFieldsAndSortDatesAsDates();
+    void startUpReadsPreferencesFirstAndQuitSaves();
 };
 
 void TestLedgerwick::contactLookups()
@@ -27,12 +34,12 @@ void TestLedgerwick::contactLookups()
     ann->setName(QStringLiteral("Ann Lee"));
     auto bob = std::make_shared<Contact>();
     bob->setName(QStringLiteral("Bob Ray"));
-    ledgerwick.contactManager()->add(ann);
-    ledgerwick.contactManager()->add(bob);
+    ledgerwick.getContactManager()->add(ann);
+    ledgerwick.getContactManager()->add(bob);
     // A contact stored with id 0 is never answered for "0".
     auto zero = std::make_shared<Contact>();
     zero->setName(QStringLiteral("Nobody"));
-    ledgerwick.contactManager()->add(zero);
+    ledgerwick.getContactManager()->add(zero);
     zero->setID(0);
 
     QCOMPARE(ledgerwick.getContactbyId(QStringLiteral("2")), bob.get());
@@ -44,7 +51,7 @@ void TestLedgerwick::contactLookups()
     QCOMPARE(ledgerwick.getContactIdForName(QStringLiteral("Nobody Else")), QStringLiteral("0"));
 
     QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("-1"));
-    auto *contacts = ledgerwick.contactManager();
+    auto *contacts = ledgerwick.getContactManager();
     contacts->setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 100}});
     QItemSelectionModel selection(contacts);
     contacts->setTableSelection(&selection);
@@ -58,9 +65,9 @@ void TestLedgerwick::orderLookups()
     Ledgerwick ledgerwick(&platform);
     auto contact = std::make_shared<Contact>();
     contact->setEmail(QStringLiteral("ann@example.org"));
-    ledgerwick.contactManager()->add(contact);
+    ledgerwick.getContactManager()->add(contact);
     auto order = std::make_shared<Order>();
-    ledgerwick.orderManager()->add(order);
+    ledgerwick.getOrderManager()->add(order);
     QCOMPARE(ledgerwick.getContactIdForOrder(order->getID()), 0);
     QCOMPARE(ledgerwick.getContactIdForOrder(77), 0);
 
@@ -71,7 +78,7 @@ void TestLedgerwick::orderLookups()
     ledgerwick.connectContact(contact, 999); // no such order: nothing happens
 
     auto item = std::make_shared<Item>();
-    ledgerwick.itemManager()->add(item);
+    ledgerwick.getItemManager()->add(item);
     QCOMPARE(ledgerwick.getProductbyId(item->getID()), item.get());
     QCOMPARE(ledgerwick.getProductbyId(5), nullptr);
 
@@ -85,7 +92,7 @@ void TestLedgerwick::listsShowFieldsAndSortDatesAsDates()
 {
     ScriptedPlatform platform;
     Ledgerwick ledgerwick(&platform);
-    lwDataSource *orders = ledgerwick.orderManager();
+    lwDataSource *orders = ledgerwick.getOrderManager();
     QAbstractItemModelTester tester(orders, QAbstractItemModelTester::FailureReportingMode::QtTest);
     orders->setColumns({{QStringLiteral("title"), QStringLiteral("Title"), 100},
                         {QStringLiteral("date"), QStringLiteral("Date"), 80}});
@@ -104,5 +111,60 @@ void TestLedgerwick::listsShowFieldsAndSortDatesAsDates()
     QCOMPARE(orders->data(orders->index(0, 1)).toString(), QStringLiteral("01/02/07"));
 }
 
-QTEST_GUILESS_MAIN(TestLedgerwick)
+namespace {
+
+class ResignCounter : public RecordTable
+{
+public:
+    void requestResign(QObject *sender) override
+    {
+        ++resigns;
+        lastSender = sender;
+    }
+    int resigns = 0;
+    QObject *lastSender = nullptr;
+};
+
+} // namespace
+
+void TestLedgerwick::startUpReadsPreferencesFirstAndQuitSaves()
+{
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral(".config")).toLocal8Bit());
+    // A location chosen in the preferences is where start-up reads.
+    {
+        QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
+        settings.setValue(QStringLiteral("LedgerwickDbLocation"), QStringLiteral("~/elsewhere.lwkdb"));
+    }
+    ScriptedPlatform platform;
+    Ledgerwick ledgerwick(&platform);
+    QCOMPARE(ledgerwick.getDateFormatter(), nullptr);
+    LogCapture log;
+    ledgerwick.startUp();
+    QCOMPARE(ledgerwick.originalDbLocation(), home.filePath(QStringLiteral("elsewhere.lwkdb")));
+    QCOMPARE(log.lines().constLast(), QStringLiteral("Finished reading database"));
+    QVERIFY(ledgerwick.getDateFormatter());
+    QCOMPARE(ledgerwick.getDateFormatter()->validate(CalendarDate(QDate(2009, 3, 5))), QStringLiteral("03/05/2009"));
+    QVERIFY(QFile::exists(home.filePath(QStringLiteral("elsewhere.lwkdb/lock.xml"))));
+
+    ledgerwick.applicationShouldTerminate();
+    QVERIFY(log.lines().contains(QStringLiteral("Saving terms")));
+    QVERIFY(QFile::exists(home.filePath(QStringLiteral("elsewhere.lwkdb/orders.xml"))));
+    QVERIFY(!QFile::exists(home.filePath(QStringLiteral("elsewhere.lwkdb/lock.xml"))));
+
+    // The two order editors ask each other to let go of unfinished edits.
+    auto *orders = new ResignCounter;
+    ledgerwick.setManager(DatabaseStore::Kind::Orders, orders);
+    ledgerwick.requestOrderManagerResign();
+    QCOMPARE(orders->resigns, 1);
+    QCOMPARE(orders->lastSender, &ledgerwick);
+    ledgerwick.requestCheckoutManagerResign(); // no checkout yet: nothing happens
+    ResignCounter checkout;
+    ledgerwick.setCheckoutManager(&checkout);
+    ledgerwick.requestCheckoutManagerResign();
+    QCOMPARE(checkout.resigns, 1);
+}
+
+QTEST_MAIN(TestLedgerwick)
 #include "tst_ledgerwick.moc"

@@ -125,7 +125,7 @@ void TestMainWindow::toolbarHasItsItemsInOrder()
 void TestMainWindow::frontListFollowsTheTabs()
 {
     m_window->selectTab(QStringLiteral("1"));
-    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->contactManager());
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->getContactManager());
     QVERIFY(qobject_cast<QTreeView *>(m_window->frontView()));
     m_window->selectTab(QStringLiteral("2"));
     QCOMPARE(m_window->frontDataSource(), m_orders);
@@ -133,15 +133,15 @@ void TestMainWindow::frontListFollowsTheTabs()
     m_window->selectTab(QStringLiteral("3"));
     QCOMPARE(m_window->frontDataSource(), m_items);
     m_window->selectTab(QStringLiteral("tabActions"));
-    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->actionManager());
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->getActionManager());
     m_window->selectTab(QStringLiteral("tabAccounts"));
     m_window->accountsTabs()->setCurrentIndex(0);
-    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->billManager());
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->getBillManager());
     // Money in: no data source in front, but print and export act on its table.
     m_window->accountsTabs()->setCurrentIndex(1);
     QCOMPARE(m_window->frontDataSource(), nullptr);
     QVERIFY(m_window->frontView());
-    QVERIFY(m_window->frontView() != m_window->viewFor(m_ledgerwick->billManager()));
+    QVERIFY(m_window->frontView() != m_window->viewFor(m_ledgerwick->getBillManager()));
     m_window->selectTab(QStringLiteral("tabReports"));
     QVERIFY(m_window->frontView());
 
