@@ -1,14 +1,11 @@
 #include "accounts/Action.h"
+#include "core/RecordFields.h"
 
 #include "core/NumberText.h"
 
 namespace {
 
-void assign(QString &field, const QString &value)
-{
-    if (!value.isNull())
-        field = value;
-}
+using RecordFields::assign;
 
 // One name of the by-name access. Reads always match the lower-case name
 // exactly; a write matches it exactly, or, for anyCase names, when the

@@ -1,12 +1,9 @@
 #include "accounts/Bill.h"
+#include "core/RecordFields.h"
 
 namespace {
 
-void assign(QString &field, const QString &value)
-{
-    if (!value.isNull())
-        field = value;
-}
+using RecordFields::assign;
 
 struct FieldAccess
 {
@@ -39,10 +36,7 @@ const FieldAccess kFields[] = {
 
 const FieldAccess *findField(const QString &name)
 {
-    for (const FieldAccess &field : kFields)
-        if (name == field.name)
-            return &field;
-    return nullptr;
+    return RecordFields::find(kFields, name);
 }
 
 } // namespace
@@ -51,13 +45,7 @@ Bill::Bill() = default;
 
 bool Bill::contains(const QString &text) const
 {
-    // An empty search text matches nothing; the managers test for "" themselves.
-    if (text.isEmpty())
-        return false;
-    for (const QString *field : {&m_category, &m_name, &m_details, &m_number})
-        if (field->contains(text, Qt::CaseInsensitive))
-            return true;
-    return false;
+    return RecordFields::containsIgnoringCase(text, {&m_category, &m_name, &m_details, &m_number});
 }
 
 QString Bill::getFieldByName(const QString &name) const

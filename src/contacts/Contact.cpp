@@ -1,14 +1,11 @@
 #include "contacts/Contact.h"
+#include "core/RecordFields.h"
 
 #include "core/NumberText.h"
 
 namespace {
 
-void assign(QString &field, const QString &value)
-{
-    if (!value.isNull())
-        field = value;
-}
+using RecordFields::assign;
 
 // One name of the by-name access; a null getter or setter means the name
 // cannot be read or written that way.
@@ -62,10 +59,7 @@ const FieldAccess kFields[] = {
 
 const FieldAccess *findField(const QString &name)
 {
-    for (const FieldAccess &field : kFields)
-        if (name == field.name)
-            return &field;
-    return nullptr;
+    return RecordFields::find(kFields, name);
 }
 
 } // namespace
@@ -74,15 +68,7 @@ Contact::Contact() = default;
 
 bool Contact::contains(const QString &text) const
 {
-    // An empty search text matches nothing; the managers test for "" themselves.
-    if (text.isEmpty())
-        return false;
-    for (const QString *field : {&m_add1, &m_add2, &m_add3, &m_postcode, &m_comments, &m_email,
-                                 &m_extension, &m_fax, &m_jobTitle, &m_kind, &m_mobile, &m_name,
-                                 &m_phone, &m_title, &m_type, &m_website})
-        if (field->contains(text, Qt::CaseInsensitive))
-            return true;
-    return false;
+    return RecordFields::containsIgnoringCase(text, {&m_add1, &m_add2, &m_add3, &m_postcode, &m_comments, &m_email, &m_extension, &m_fax, &m_jobTitle, &m_kind, &m_mobile, &m_name, &m_phone, &m_title, &m_type, &m_website});
 }
 
 QString Contact::getFieldByName(const QString &name) const

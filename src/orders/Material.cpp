@@ -1,4 +1,5 @@
 #include "orders/Material.h"
+#include "core/RecordFields.h"
 
 #include "core/NumberText.h"
 
@@ -42,10 +43,7 @@ const FieldAccess kFields[] = {
 
 const FieldAccess *findField(const QString &name)
 {
-    for (const FieldAccess &field : kFields)
-        if (name == field.name)
-            return &field;
-    return nullptr;
+    return RecordFields::find(kFields, name);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "orders/Order.h"
+#include "core/RecordFields.h"
 
 #include "contacts/Contact.h"
 #include "core/NumberText.h"
@@ -11,11 +12,7 @@ QString repeatDateFormat()
     return QStringLiteral("%d/%m/%y");
 }
 
-void assign(QString &field, const QString &value)
-{
-    if (!value.isNull())
-        field = value;
-}
+using RecordFields::assign;
 
 QString yesNo(bool on)
 {
@@ -138,13 +135,7 @@ Order::Order() = default;
 
 bool Order::contains(const QString &text) const
 {
-    // An empty search text matches nothing; the managers test for "" themselves.
-    if (text.isEmpty())
-        return false;
-    for (const QString *field : {&m_date, &m_title, &m_status, &m_type})
-        if (field->contains(text, Qt::CaseInsensitive))
-            return true;
-    return false;
+    return RecordFields::containsIgnoringCase(text, {&m_date, &m_title, &m_status, &m_type});
 }
 
 QString Order::getFieldByName(const QString &name) const

@@ -1,4 +1,5 @@
 #include "products/Item.h"
+#include "core/RecordFields.h"
 
 #include "core/DatabasePaths.h"
 #include "core/NumberText.h"
@@ -14,11 +15,7 @@
 
 namespace {
 
-void assign(QString &field, const QString &value)
-{
-    if (!value.isNull())
-        field = value;
-}
+using RecordFields::assign;
 
 QString yesNo(bool on)
 {
@@ -99,10 +96,7 @@ const FieldAccess kFields[] = {
 
 const FieldAccess *findField(const QString &name)
 {
-    for (const FieldAccess &field : kFields)
-        if (name == field.name)
-            return &field;
-    return nullptr;
+    return RecordFields::find(kFields, name);
 }
 
 } // namespace
@@ -111,13 +105,7 @@ Item::Item() = default;
 
 bool Item::contains(const QString &text) const
 {
-    // An empty search text matches nothing; the managers test for "" themselves.
-    if (text.isEmpty())
-        return false;
-    for (const QString *field : {&m_code, &m_condition, &m_description, &m_item, &m_status})
-        if (field->contains(text, Qt::CaseInsensitive))
-            return true;
-    return false;
+    return RecordFields::containsIgnoringCase(text, {&m_code, &m_condition, &m_description, &m_item, &m_status});
 }
 
 QString Item::getFieldByName(const QString &name) const
