@@ -27,22 +27,17 @@ public:
 
     QString pick(const QStringList &list) { return list.at(int(m_random.bounded(list.size()))); }
     int number(int low, int high) { return low + int(m_random.bounded(high - low + 1)); }
-    QString money(double high)
-    {
-        return QString::number(m_random.generateDouble() * high, 'f', 2);
-    }
+    QString money(double high) { return QString::number(m_random.generateDouble() * high, 'f', 2); }
     QString thousands(double high)
     {
         // Amounts typed by hand, some with comma thousands.
         const double v = m_random.generateDouble() * high;
         if (v < 1000 || m_random.bounded(2))
             return QString::number(v, 'f', 2);
-        return QString::number(int(v) / 1000) + QLatin1Char(',') + QString::asprintf("%06.2f", v - 1000 * (int(v) / 1000));
+        return QString::number(int(v) / 1000) + QLatin1Char(',') +
+               QString::asprintf("%06.2f", v - 1000 * (int(v) / 1000));
     }
-    QString date()
-    {
-        return QString::asprintf("%02d/%02d/%02d", number(1, 28), number(1, 12), number(0, 26));
-    }
+    QString date() { return QString::asprintf("%02d/%02d/%02d", number(1, 28), number(1, 12), number(0, 26)); }
     QString name() { return pick(m_first) + QLatin1Char(' ') + pick(m_last); }
     QString sentence(int words)
     {
@@ -62,21 +57,28 @@ public:
             text += QStringLiteral(" & <b>bold</b> \"quoted\" 5 > 4");
         return text;
     }
-    QString yesNo(int percentYes) { return int(m_random.bounded(100)) < percentYes ? QStringLiteral("YES") : QStringLiteral("NO"); }
+    QString yesNo(int percentYes)
+    {
+        return int(m_random.bounded(100)) < percentYes ? QStringLiteral("YES") : QStringLiteral("NO");
+    }
 
-    const QStringList m_first{QStringLiteral("Anna"), QStringLiteral("Björn"), QStringLiteral("Chloë"), QStringLiteral("Dmitri"),
-                              QStringLiteral("Émile"), QStringLiteral("Fatima"), QStringLiteral("George"), QStringLiteral("Hana"),
-                              QStringLiteral("Ines"), QStringLiteral("Jürgen"), QStringLiteral("Kai"), QStringLiteral("Łucja"),
-                              QStringLiteral("María"), QStringLiteral("Nguyễn"), QStringLiteral("Olu"), QStringLiteral("Søren"),
-                              QStringLiteral("陳"), QStringLiteral("Zoë")};
-    const QStringList m_last{QStringLiteral("Smith"), QStringLiteral("O'Brien"), QStringLiteral("Müller"), QStringLiteral("García"),
-                             QStringLiteral("Dubois"), QStringLiteral("Kowalski"), QStringLiteral("Andersson"), QStringLiteral("Rossi"),
-                             QStringLiteral("Nakamura"), QStringLiteral("Ivanov"), QStringLiteral("Smith & Sons"), QStringLiteral("Ó Súilleabháin")};
-    const QStringList m_words{QStringLiteral("widget"), QStringLiteral("blue"), QStringLiteral("large"), QStringLiteral("oak"),
-                              QStringLiteral("delivery"), QStringLiteral("invoice"), QStringLiteral("café"), QStringLiteral("naïve"),
-                              QStringLiteral("repair"), QStringLiteral("fitting"), QStringLiteral("labour"), QStringLiteral("½-inch"),
-                              QStringLiteral("brass"), QStringLiteral("urgent"), QStringLiteral("€5"), QStringLiteral("£12"),
-                              QStringLiteral("spare"), QStringLiteral("part"), QStringLiteral("steel"), QStringLiteral("glass")};
+    const QStringList m_first{QStringLiteral("Anna"),   QStringLiteral("Björn"),  QStringLiteral("Chloë"),
+                              QStringLiteral("Dmitri"), QStringLiteral("Émile"),  QStringLiteral("Fatima"),
+                              QStringLiteral("George"), QStringLiteral("Hana"),   QStringLiteral("Ines"),
+                              QStringLiteral("Jürgen"), QStringLiteral("Kai"),    QStringLiteral("Łucja"),
+                              QStringLiteral("María"),  QStringLiteral("Nguyễn"), QStringLiteral("Olu"),
+                              QStringLiteral("Søren"),  QStringLiteral("陳"),     QStringLiteral("Zoë")};
+    const QStringList m_last{
+        QStringLiteral("Smith"),     QStringLiteral("O'Brien"),      QStringLiteral("Müller"),
+        QStringLiteral("García"),    QStringLiteral("Dubois"),       QStringLiteral("Kowalski"),
+        QStringLiteral("Andersson"), QStringLiteral("Rossi"),        QStringLiteral("Nakamura"),
+        QStringLiteral("Ivanov"),    QStringLiteral("Smith & Sons"), QStringLiteral("Ó Súilleabháin")};
+    const QStringList m_words{
+        QStringLiteral("widget"),   QStringLiteral("blue"),    QStringLiteral("large"),  QStringLiteral("oak"),
+        QStringLiteral("delivery"), QStringLiteral("invoice"), QStringLiteral("café"),   QStringLiteral("naïve"),
+        QStringLiteral("repair"),   QStringLiteral("fitting"), QStringLiteral("labour"), QStringLiteral("½-inch"),
+        QStringLiteral("brass"),    QStringLiteral("urgent"),  QStringLiteral("€5"),     QStringLiteral("£12"),
+        QStringLiteral("spare"),    QStringLiteral("part"),    QStringLiteral("steel"),  QStringLiteral("glass")};
     QRandomGenerator m_random{20261121};
 
 private:
@@ -128,8 +130,8 @@ int main(int argc, char *argv[])
         return 1;
     }
     Generator g(scale);
-    const int contacts = g.count(20000), orders = g.count(100000), items = g.count(10000),
-              materials = g.count(400000), bills = g.count(20000), actions = g.count(20000);
+    const int contacts = g.count(20000), orders = g.count(100000), items = g.count(10000), materials = g.count(400000),
+              bills = g.count(20000), actions = g.count(20000);
 
     std::vector<Record> records;
     records.reserve(size_t(materials));
@@ -139,7 +141,8 @@ int main(int argc, char *argv[])
                  {"company", QString::number(company || id % 3 ? 0 : ((id / 10) * 10 + 1))},
                  {"name", company ? QString() : g.name()},
                  {"companyname", company ? g.pick(g.m_last) + QStringLiteral(" Ltd") : QString()},
-                 {"add1", QString::number(g.number(1, 300)) + QLatin1Char(' ') + g.pick(g.m_words) + QStringLiteral(" Street")},
+                 {"add1",
+                  QString::number(g.number(1, 300)) + QLatin1Char(' ') + g.pick(g.m_words) + QStringLiteral(" Street")},
                  {"add2", g.pick(g.m_last) + QStringLiteral("ton")},
                  {"add3", id % 4 ? QString() : QStringLiteral("Shire")},
                  {"postcode", QString::asprintf("AB%d %dCD", g.number(1, 99), g.number(1, 9))},
@@ -167,7 +170,8 @@ int main(int argc, char *argv[])
                  {"date", g.date()},
                  {"title", g.sentence(g.number(1, 4))},
                  {"description", g.paragraph()},
-                 {"status", g.pick({QStringLiteral("Enquiry"), QStringLiteral("Quote"), QStringLiteral("Order"), QStringLiteral("Invoiced"), QStringLiteral("Complete")})},
+                 {"status", g.pick({QStringLiteral("Enquiry"), QStringLiteral("Quote"), QStringLiteral("Order"),
+                                    QStringLiteral("Invoiced"), QStringLiteral("Complete")})},
                  {"type", QStringLiteral("Order")},
                  {"paymentmethod", QStringLiteral("web")},
                  {"value", g.thousands(5000)},
@@ -244,7 +248,8 @@ int main(int argc, char *argv[])
                  {"name", g.name()},
                  {"details", g.sentence(g.number(2, 8))},
                  {"datepaid", g.date()},
-                 {"category", g.pick({QStringLiteral("Rent"), QStringLiteral("Stock"), QStringLiteral("Fuel"), QStringLiteral("Wages")})},
+                 {"category", g.pick({QStringLiteral("Rent"), QStringLiteral("Stock"), QStringLiteral("Fuel"),
+                                      QStringLiteral("Wages")})},
                  {"amount", g.thousands(3000)},
                  {"net", g.money(2500)},
                  {"vat", g.money(500)}};

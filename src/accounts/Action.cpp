@@ -18,18 +18,17 @@ struct FieldAccess
     void (*set)(Action &, const QString &);
 };
 
-template <const QString &(Action::*Get)() const, void (Action::*Set)(const QString &)>
+template<const QString &(Action::*Get)() const, void (Action::*Set)(const QString &)>
 constexpr FieldAccess exact(const char *name)
 {
     return {QLatin1String(name), QLatin1String(), [](const Action &a) { return (a.*Get)(); },
             [](Action &a, const QString &v) { (a.*Set)(v); }};
 }
 
-template <const QString &(Action::*Get)() const, void (Action::*Set)(const QString &)>
+template<const QString &(Action::*Get)() const, void (Action::*Set)(const QString &)>
 constexpr FieldAccess anyCase(const char *name, const char *upperName)
 {
-    return {QLatin1String(name), QLatin1String(upperName),
-            [](const Action &a) { return (a.*Get)(); },
+    return {QLatin1String(name), QLatin1String(upperName), [](const Action &a) { return (a.*Get)(); },
             [](Action &a, const QString &v) { (a.*Set)(v); }};
 }
 
@@ -104,13 +103,43 @@ bool Action::isAlarmDue(const CalendarDate &now, bool ukFormat) const
     return due.isValid() && now.isValid() && due.secondsTo(now) > 0;
 }
 
-void Action::setDetails(const QString &value) { assign(m_details, value); }
-void Action::setEndDate(const QString &value) { assign(m_endDate, value); }
-void Action::setEndTime(const QString &value) { assign(m_endTime, value); }
-void Action::setRate(const QString &value) { assign(m_rate, value); }
-void Action::setStartDate(const QString &value) { assign(m_startDate, value); }
-void Action::setStartTime(const QString &value) { assign(m_startTime, value); }
-void Action::setTotalCharge(const QString &value) { assign(m_totalCharge, value); }
-void Action::setTotalTime(const QString &value) { assign(m_totalTime, value); }
-void Action::setTotalTimeUnits(const QString &value) { assign(m_totalTimeUnits, value); }
-void Action::setTitle(const QString &value) { assign(m_title, value); }
+void Action::setDetails(const QString &value)
+{
+    assign(m_details, value);
+}
+void Action::setEndDate(const QString &value)
+{
+    assign(m_endDate, value);
+}
+void Action::setEndTime(const QString &value)
+{
+    assign(m_endTime, value);
+}
+void Action::setRate(const QString &value)
+{
+    assign(m_rate, value);
+}
+void Action::setStartDate(const QString &value)
+{
+    assign(m_startDate, value);
+}
+void Action::setStartTime(const QString &value)
+{
+    assign(m_startTime, value);
+}
+void Action::setTotalCharge(const QString &value)
+{
+    assign(m_totalCharge, value);
+}
+void Action::setTotalTime(const QString &value)
+{
+    assign(m_totalTime, value);
+}
+void Action::setTotalTimeUnits(const QString &value)
+{
+    assign(m_totalTimeUnits, value);
+}
+void Action::setTitle(const QString &value)
+{
+    assign(m_title, value);
+}

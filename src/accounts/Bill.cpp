@@ -12,7 +12,7 @@ struct FieldAccess
     void (*set)(Bill &, const QString &);
 };
 
-template <const QString &(Bill::*Get)() const, void (Bill::*Set)(const QString &)>
+template<const QString &(Bill::*Get)() const, void (Bill::*Set)(const QString &)>
 constexpr FieldAccess text(const char *name)
 {
     return {QLatin1String(name), [](const Bill &b) { return (b.*Get)(); },
@@ -69,12 +69,39 @@ bool Bill::isDate(const QString &column)
     return column == QLatin1String("datepaid");
 }
 
-void Bill::setNumber(const QString &value) { assign(m_number, value); }
-void Bill::setName(const QString &value) { assign(m_name, value); }
-void Bill::setDatePaid(const QString &value) { assign(m_datePaid, value); }
-void Bill::setNet(const QString &value) { assign(m_net, value); }
-void Bill::setVat(const QString &value) { assign(m_vat, value); }
-void Bill::setAmount(const QString &value) { assign(m_amount, value); }
-void Bill::setDetails(const QString &value) { assign(m_details, value); }
-void Bill::setCategory(const QString &value) { assign(m_category, value); }
-void Bill::setOrder(const QString &value) { assign(m_order, value); }
+void Bill::setNumber(const QString &value)
+{
+    assign(m_number, value);
+}
+void Bill::setName(const QString &value)
+{
+    assign(m_name, value);
+}
+void Bill::setDatePaid(const QString &value)
+{
+    assign(m_datePaid, value);
+}
+void Bill::setNet(const QString &value)
+{
+    assign(m_net, value);
+}
+void Bill::setVat(const QString &value)
+{
+    assign(m_vat, value);
+}
+void Bill::setAmount(const QString &value)
+{
+    assign(m_amount, value);
+}
+void Bill::setDetails(const QString &value)
+{
+    assign(m_details, value);
+}
+void Bill::setCategory(const QString &value)
+{
+    assign(m_category, value);
+}
+void Bill::setOrder(const QString &value)
+{
+    assign(m_order, value);
+}

@@ -1,5 +1,5 @@
-#include "cli/Commands.h"
 #include "cli/CommandLine.h"
+#include "cli/Commands.h"
 
 #include "core/CliPlatform.h"
 #include "core/DatabasePaths.h"
@@ -68,8 +68,9 @@ int saveCommand(const QStringList &args)
                      "ledgerwick-cli: the database at %s is open in another copy of Ledgerwick (locked %s); "
                      "nothing was written\n",
                      qPrintable(ledgerwick.originalDbLocation()),
-                     ledgerwick.lockDateTime().isEmpty() ? "at an unknown time"
-                                                         : qPrintable(QStringLiteral("since ") + ledgerwick.lockDateTime()));
+                     ledgerwick.lockDateTime().isEmpty()
+                         ? "at an unknown time"
+                         : qPrintable(QStringLiteral("since ") + ledgerwick.lockDateTime()));
         return 3;
     }
     if (!ledgerwick.writeDatabase(&ledgerwick)) {

@@ -27,17 +27,15 @@ const Command kCommands[] = {
 
 void printHelp(FILE *out)
 {
-    std::fprintf(out,
-                 "Usage: ledgerwick-cli COMMAND [ARGUMENTS]\n"
-                 "Works on a Ledgerwick database and its documents from the command line.\n\n"
-                 "Commands:\n");
+    std::fprintf(out, "Usage: ledgerwick-cli COMMAND [ARGUMENTS]\n"
+                      "Works on a Ledgerwick database and its documents from the command line.\n\n"
+                      "Commands:\n");
     for (const Command &command : kCommands)
         std::fprintf(out, "  %s\n", command.synopsis);
-    std::fprintf(out,
-                 "\nOptions:\n"
-                 "  --verbose                 print the system log on standard error\n"
-                 "  -h, --help                show this help\n"
-                 "  -v, --version             show the version\n");
+    std::fprintf(out, "\nOptions:\n"
+                      "  --verbose                 print the system log on standard error\n"
+                      "  -h, --help                show this help\n"
+                      "  -v, --version             show the version\n");
 }
 
 } // namespace
@@ -58,8 +56,8 @@ int main(int argc, char *argv[])
     // the command's own messages.
     if (args.removeAll(QStringLiteral("--verbose")) == 0)
         QLoggingCategory::setFilterRules(QStringLiteral("ledgerwick.info=false"));
-    if (args.isEmpty() || args.first() == QLatin1String("-h") || args.first() == QLatin1String("--help")
-        || args.first() == QLatin1String("help")) {
+    if (args.isEmpty() || args.first() == QLatin1String("-h") || args.first() == QLatin1String("--help") ||
+        args.first() == QLatin1String("help")) {
         printHelp(stdout);
         return 0;
     }

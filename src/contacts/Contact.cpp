@@ -16,15 +16,14 @@ struct FieldAccess
     void (*set)(Contact &, const QString &);
 };
 
-template <const QString &(Contact::*Get)() const, void (Contact::*Set)(const QString &)>
+template<const QString &(Contact::*Get)() const, void (Contact::*Set)(const QString &)>
 constexpr FieldAccess text(const char *name)
 {
     return {QLatin1String(name), [](const Contact &c) { return (c.*Get)(); },
             [](Contact &c, const QString &v) { (c.*Set)(v); }};
 }
 
-template <QString (Contact::*Get)() const>
-constexpr FieldAccess derived(const char *name)
+template<QString (Contact::*Get)() const> constexpr FieldAccess derived(const char *name)
 {
     return {QLatin1String(name), [](const Contact &c) { return (c.*Get)(); }, nullptr};
 }
@@ -53,8 +52,7 @@ const FieldAccess kFields[] = {
     text<&Contact::getTitle, &Contact::setTitle>("title"),
     text<&Contact::getType, &Contact::setType>("type"),
     text<&Contact::getWebsite, &Contact::setWebsite>("website"),
-    {QLatin1String("id"), nullptr,
-     [](Contact &c, const QString &v) { c.setID(NumberText::intValue(v)); }},
+    {QLatin1String("id"), nullptr, [](Contact &c, const QString &v) { c.setID(NumberText::intValue(v)); }},
 };
 
 const FieldAccess *findField(const QString &name)
@@ -68,7 +66,9 @@ Contact::Contact() = default;
 
 bool Contact::contains(const QString &text) const
 {
-    return RecordFields::containsIgnoringCase(text, {&m_add1, &m_add2, &m_add3, &m_postcode, &m_comments, &m_email, &m_extension, &m_fax, &m_jobTitle, &m_kind, &m_mobile, &m_name, &m_phone, &m_title, &m_type, &m_website});
+    return RecordFields::containsIgnoringCase(text, {&m_add1, &m_add2, &m_add3, &m_postcode, &m_comments, &m_email,
+                                                     &m_extension, &m_fax, &m_jobTitle, &m_kind, &m_mobile, &m_name,
+                                                     &m_phone, &m_title, &m_type, &m_website});
 }
 
 QString Contact::getFieldByName(const QString &name) const
@@ -94,8 +94,7 @@ void Contact::makeCompany()
 
 QString Contact::getAddress() const
 {
-    return m_add1 + QLatin1Char(' ') + m_add2 + QLatin1Char(' ') + m_add3 + QLatin1Char(' ')
-        + m_postcode;
+    return m_add1 + QLatin1Char(' ') + m_add2 + QLatin1Char(' ') + m_add3 + QLatin1Char(' ') + m_postcode;
 }
 
 QString Contact::getShortAddress() const
@@ -113,20 +112,71 @@ QString Contact::getSurname() const
     return blank < 0 ? m_name : m_name.mid(blank + 1);
 }
 
-void Contact::setAdd1(const QString &value) { assign(m_add1, value); }
-void Contact::setAdd2(const QString &value) { assign(m_add2, value); }
-void Contact::setAdd3(const QString &value) { assign(m_add3, value); }
-void Contact::setComments(const QString &value) { assign(m_comments, value); }
-void Contact::setCompanyName(const QString &value) { assign(m_companyName, value); }
-void Contact::setEmail(const QString &value) { assign(m_email, value); }
-void Contact::setExtension(const QString &value) { assign(m_extension, value); }
-void Contact::setFax(const QString &value) { assign(m_fax, value); }
-void Contact::setJobTitle(const QString &value) { assign(m_jobTitle, value); }
-void Contact::setKind(const QString &value) { assign(m_kind, value); }
-void Contact::setMobile(const QString &value) { assign(m_mobile, value); }
-void Contact::setName(const QString &value) { assign(m_name, value); }
-void Contact::setPhone(const QString &value) { assign(m_phone, value); }
-void Contact::setPostcode(const QString &value) { assign(m_postcode, value); }
-void Contact::setTitle(const QString &value) { assign(m_title, value); }
-void Contact::setType(const QString &value) { assign(m_type, value); }
-void Contact::setWebsite(const QString &value) { assign(m_website, value); }
+void Contact::setAdd1(const QString &value)
+{
+    assign(m_add1, value);
+}
+void Contact::setAdd2(const QString &value)
+{
+    assign(m_add2, value);
+}
+void Contact::setAdd3(const QString &value)
+{
+    assign(m_add3, value);
+}
+void Contact::setComments(const QString &value)
+{
+    assign(m_comments, value);
+}
+void Contact::setCompanyName(const QString &value)
+{
+    assign(m_companyName, value);
+}
+void Contact::setEmail(const QString &value)
+{
+    assign(m_email, value);
+}
+void Contact::setExtension(const QString &value)
+{
+    assign(m_extension, value);
+}
+void Contact::setFax(const QString &value)
+{
+    assign(m_fax, value);
+}
+void Contact::setJobTitle(const QString &value)
+{
+    assign(m_jobTitle, value);
+}
+void Contact::setKind(const QString &value)
+{
+    assign(m_kind, value);
+}
+void Contact::setMobile(const QString &value)
+{
+    assign(m_mobile, value);
+}
+void Contact::setName(const QString &value)
+{
+    assign(m_name, value);
+}
+void Contact::setPhone(const QString &value)
+{
+    assign(m_phone, value);
+}
+void Contact::setPostcode(const QString &value)
+{
+    assign(m_postcode, value);
+}
+void Contact::setTitle(const QString &value)
+{
+    assign(m_title, value);
+}
+void Contact::setType(const QString &value)
+{
+    assign(m_type, value);
+}
+void Contact::setWebsite(const QString &value)
+{
+    assign(m_website, value);
+}

@@ -9,8 +9,7 @@ bool readNumber(const QString &text, qsizetype &pos, int maxDigits, int &value)
 {
     value = 0;
     int digits = 0;
-    while (pos < text.size() && digits < maxDigits && text.at(pos).isDigit()
-           && text.at(pos).unicode() < 128) {
+    while (pos < text.size() && digits < maxDigits && text.at(pos).isDigit() && text.at(pos).unicode() < 128) {
         value = value * 10 + (text.at(pos).unicode() - '0');
         ++pos;
         ++digits;
@@ -148,18 +147,32 @@ QString CalendarDate::toString(const QString &format) const
             break;
         }
         const char conv = format.at(f).toLatin1();
-        auto num = [&](int value, int defaultWidth) {
-            out += padded(value, width < 0 ? defaultWidth : width);
-        };
+        auto num = [&](int value, int defaultWidth) { out += padded(value, width < 0 ? defaultWidth : width); };
         switch (conv) {
-        case '%': out += QLatin1Char('%'); break;
-        case 'd': num(m_date.day(), 2); break;
-        case 'm': num(m_date.month(), 2); break;
-        case 'y': num(((m_date.year() % 100) + 100) % 100, 2); break;
-        case 'Y': num(m_date.year(), 4); break;
-        case 'H': num(m_time.hour(), 2); break;
-        case 'M': num(m_time.minute(), 2); break;
-        case 'S': num(m_time.second(), 2); break;
+        case '%':
+            out += QLatin1Char('%');
+            break;
+        case 'd':
+            num(m_date.day(), 2);
+            break;
+        case 'm':
+            num(m_date.month(), 2);
+            break;
+        case 'y':
+            num(((m_date.year() % 100) + 100) % 100, 2);
+            break;
+        case 'Y':
+            num(m_date.year(), 4);
+            break;
+        case 'H':
+            num(m_time.hour(), 2);
+            break;
+        case 'M':
+            num(m_time.minute(), 2);
+            break;
+        case 'S':
+            num(m_time.second(), 2);
+            break;
         case 'z': {
             const int abs = m_offset < 0 ? -m_offset : m_offset;
             out += (m_offset < 0 ? QLatin1Char('-') : QLatin1Char('+'));

@@ -3,9 +3,9 @@
 #include "accounts/Action.h"
 #include "accounts/Bill.h"
 #include "contacts/Contact.h"
+#include "core/lwDataSource.h"
 #include "core/NumberText.h"
 #include "core/PropertyListWriter.h"
-#include "core/lwDataSource.h"
 #include "orders/Material.h"
 #include "orders/Order.h"
 #include "products/Item.h"
@@ -21,16 +21,15 @@ using Dict = PropertyListReader::Dict;
 
 // How a key is written, and read back.
 enum class Rule {
-    Text,        // written when not empty; read when present
-    TextAlways,  // written always (an unset value is an error); read always, absent = none
-    Int,         // written always as "%i"; read as the leading integer when present
-    IntAlways,   // written always; read always, absent = 0
-    Flag,        // written "YES"/"NO"; read: on when "YES", otherwise untouched
-    FlagAlways,  // written "YES"/"NO"; read: on when "YES", off otherwise (absent too)
+    Text,       // written when not empty; read when present
+    TextAlways, // written always (an unset value is an error); read always, absent = none
+    Int,        // written always as "%i"; read as the leading integer when present
+    IntAlways,  // written always; read always, absent = 0
+    Flag,       // written "YES"/"NO"; read: on when "YES", otherwise untouched
+    FlagAlways, // written "YES"/"NO"; read: on when "YES", off otherwise (absent too)
 };
 
-template<class R>
-struct Field
+template<class R> struct Field
 {
     const char *key;
     Rule rule;
@@ -41,18 +40,30 @@ struct Field
     void (*set)(R &, const QString &);
 };
 
-#define LW_TEXT(R, key, getter, setter)                                                                                 \
-    Field<R> { key, Rule::Text, [](const R &r) -> const QString & { return r.getter(); }, nullptr, nullptr,             \
-               [](R &r, const QString &v) { r.setter(v); } }
-#define LW_TEXT_ALWAYS(R, key, getter, setter)                                                                          \
-    Field<R> { key, Rule::TextAlways, [](const R &r) -> const QString & { return r.getter(); }, nullptr, nullptr,       \
-               [](R &r, const QString &v) { r.setter(v); } }
-#define LW_INT(R, key, rule, getter, setter)                                                                            \
-    Field<R> { key, rule, nullptr, [](const R &r) -> int { return r.getter(); }, nullptr,                              \
-               [](R &r, const QString &v) { r.setter(NumberText::intValue(v)); } }
-#define LW_FLAG(R, key, rule, getter, setter)                                                                           \
-    Field<R> { key, rule, nullptr, nullptr, [](const R &r) -> bool { return r.getter(); },                             \
-               [](R &r, const QString &v) { r.setter(v == QLatin1String("YES")); } }
+#define LW_TEXT(R, key, getter, setter)                                                                                \
+    Field<R>                                                                                                           \
+    {                                                                                                                  \
+        key, Rule::Text, [](const R &r) -> const QString & { return r.getter(); }, nullptr, nullptr,                   \
+            [](R &r, const QString &v) { r.setter(v); }                                                                \
+    }
+#define LW_TEXT_ALWAYS(R, key, getter, setter)                                                                         \
+    Field<R>                                                                                                           \
+    {                                                                                                                  \
+        key, Rule::TextAlways, [](const R &r) -> const QString & { return r.getter(); }, nullptr, nullptr,             \
+            [](R &r, const QString &v) { r.setter(v); }                                                                \
+    }
+#define LW_INT(R, key, rule, getter, setter)                                                                           \
+    Field<R>                                                                                                           \
+    {                                                                                                                  \
+        key, rule, nullptr, [](const R &r) -> int { return r.getter(); }, nullptr,                                     \
+            [](R &r, const QString &v) { r.setter(NumberText::intValue(v)); }                                          \
+    }
+#define LW_FLAG(R, key, rule, getter, setter)                                                                          \
+    Field<R>                                                                                                           \
+    {                                                                                                                  \
+        key, rule, nullptr, nullptr, [](const R &r) -> bool { return r.getter(); },                                    \
+            [](R &r, const QString &v) { r.setter(v == QLatin1String("YES")); }                                        \
+    }
 
 // The key tables, each sorted by key as the platform's writer orders them.
 const std::vector<Field<Contact>> &contactFields()
@@ -329,12 +340,24 @@ DatabaseStore::Loaded readKind(DatabaseStore::Kind kind, const QString *path, co
     DatabaseStore::Loaded loaded;
     const char *key = DatabaseStore::fileOf(kind).collectionKey;
     switch (kind) {
-    case DatabaseStore::Kind::Contacts: loaded = readRecords(path, data, key, contactFields()); break;
-    case DatabaseStore::Kind::Orders: loaded = readRecords(path, data, key, orderFields()); break;
-    case DatabaseStore::Kind::Items: loaded = readRecords(path, data, key, itemFields()); break;
-    case DatabaseStore::Kind::Materials: loaded = readMaterials(path, data); break;
-    case DatabaseStore::Kind::Bills: loaded = readRecords(path, data, key, billFields()); break;
-    case DatabaseStore::Kind::Actions: loaded = readRecords(path, data, key, actionFields()); break;
+    case DatabaseStore::Kind::Contacts:
+        loaded = readRecords(path, data, key, contactFields());
+        break;
+    case DatabaseStore::Kind::Orders:
+        loaded = readRecords(path, data, key, orderFields());
+        break;
+    case DatabaseStore::Kind::Items:
+        loaded = readRecords(path, data, key, itemFields());
+        break;
+    case DatabaseStore::Kind::Materials:
+        loaded = readMaterials(path, data);
+        break;
+    case DatabaseStore::Kind::Bills:
+        loaded = readRecords(path, data, key, billFields());
+        break;
+    case DatabaseStore::Kind::Actions:
+        loaded = readRecords(path, data, key, actionFields());
+        break;
     }
     if (loaded.status != PropertyListReader::Status::Ok) {
         // A damaged file reads as having no records.
@@ -381,15 +404,28 @@ bool DatabaseStore::serialize(Kind kind, const lwDataSource &collection, QByteAr
 {
     // Roughly the size of the file last time, to avoid growing the buffer.
     static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
-    PropertyListWriter writer(fileOf(kind).collectionKey, qsizetype(collection.getCount()) * bytesPerRecord[size_t(kind)]);
+    PropertyListWriter writer(fileOf(kind).collectionKey,
+                              qsizetype(collection.getCount()) * bytesPerRecord[size_t(kind)]);
     bool ok = true;
     switch (kind) {
-    case Kind::Contacts: ok = writeRecords(writer, collection, contactFields(), error); break;
-    case Kind::Orders: ok = writeRecords(writer, collection, orderFields(), error); break;
-    case Kind::Items: ok = writeRecords(writer, collection, itemFields(), error); break;
-    case Kind::Materials: ok = writeRecords(writer, collection, materialFields(), error); break;
-    case Kind::Bills: ok = writeRecords(writer, collection, billFields(), error); break;
-    case Kind::Actions: ok = writeRecords(writer, collection, actionFields(), error); break;
+    case Kind::Contacts:
+        ok = writeRecords(writer, collection, contactFields(), error);
+        break;
+    case Kind::Orders:
+        ok = writeRecords(writer, collection, orderFields(), error);
+        break;
+    case Kind::Items:
+        ok = writeRecords(writer, collection, itemFields(), error);
+        break;
+    case Kind::Materials:
+        ok = writeRecords(writer, collection, materialFields(), error);
+        break;
+    case Kind::Bills:
+        ok = writeRecords(writer, collection, billFields(), error);
+        break;
+    case Kind::Actions:
+        ok = writeRecords(writer, collection, actionFields(), error);
+        break;
     }
     if (!ok)
         return false;

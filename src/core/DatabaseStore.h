@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/PropertyListReader.h"
 #include "core/dataObject.h"
+#include "core/PropertyListReader.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,20 +1,20 @@
 #include "core/Ledgerwick.h"
 
+#include "accounts/Bill.h"
+#include "contacts/Contact.h"
 #include "core/CalendarDate.h"
 #include "core/DatabasePaths.h"
 #include "core/Log.h"
+#include "core/lwDataSource.h"
 #include "core/lwDateFormatter.h"
-#include "prefs/Manual.h"
-#include "prefs/PrefsController.h"
 #include "core/NumberText.h"
 #include "core/Platform.h"
 #include "core/PropertyListWriter.h"
 #include "core/RecordTable.h"
-#include "core/lwDataSource.h"
-#include "accounts/Bill.h"
-#include "contacts/Contact.h"
 #include "orders/Material.h"
 #include "orders/Order.h"
+#include "prefs/Manual.h"
+#include "prefs/PrefsController.h"
 
 #include <QDir>
 #include <QFile>
@@ -175,8 +175,8 @@ void Ledgerwick::readDatabase(bool takeLock)
     for (const auto &file : DatabaseStore::files())
         queue.push_back(file.kind);
     std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
-        return QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(a).fileName))).size()
-            > QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(b).fileName))).size();
+        return QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(a).fileName))).size() >
+               QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(b).fileName))).size();
     });
     std::atomic<size_t> next{0};
     auto work = [&] {
@@ -231,8 +231,8 @@ void Ledgerwick::readDatabase(bool takeLock)
     if (QFile::exists(m_lockLocation)) {
         QFile lock(m_lockLocation);
         std::vector<std::pair<QString, QString>> entries;
-        if (lock.open(QIODevice::ReadOnly)
-            && PropertyListReader::readDictionary(lock.readAll(), entries) == PropertyListReader::Status::Ok) {
+        if (lock.open(QIODevice::ReadOnly) &&
+            PropertyListReader::readDictionary(lock.readAll(), entries) == PropertyListReader::Status::Ok) {
             for (const auto &[key, value] : entries)
                 if (key == QLatin1String("datetime"))
                     m_lockDateTime = value;
@@ -246,9 +246,9 @@ void Ledgerwick::readDatabase(bool takeLock)
         return;
     }
     const QString now = CalendarDate::currentDate().toString(QStringLiteral("%Y-%m-%d %H:%M:%S %z"));
-    const bool written = QDir().mkpath(m_originalDbLocation)
-        && PropertyListWriter::writeFile(m_lockLocation,
-                                         PropertyListWriter::dictionary({{QStringLiteral("datetime"), now}}));
+    const bool written = QDir().mkpath(m_originalDbLocation) &&
+                         PropertyListWriter::writeFile(
+                             m_lockLocation, PropertyListWriter::dictionary({{QStringLiteral("datetime"), now}}));
     lwLog(written ? QStringLiteral("lock written successfully") : QStringLiteral("lock not written successfully"));
     setReadOnly(false);
 }
@@ -390,8 +390,8 @@ void Ledgerwick::exportHTMLMenuItem(const lwDataSource *source, const QList<lwDa
         lwLog(QStringLiteral("lwds is nil"));
     const QString table = source ? source->getDataAsHTMLusingTableView(columns) : QString();
     // The body inside the head is how exported pages have always looked.
-    const QString page = QStringLiteral("<html><head><title>Data Export from Ledgerwick</title><body>") + table
-        + QStringLiteral("</body></head></html>");
+    const QString page = QStringLiteral("<html><head><title>Data Export from Ledgerwick</title><body>") + table +
+                         QStringLiteral("</body></head></html>");
     if (!m_platform)
         return;
     const QString path = m_platform->savePanel({lwTr("Export to HTML"), {QStringLiteral("html")}});

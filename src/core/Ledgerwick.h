@@ -80,7 +80,6 @@ public:
     // The id ("%i") of the contact selected in the contacts list, "-1" when none.
     QString getCurrentContactIdAsString() const;
 
-
     // --- the database -------------------------------------------------------
     // The bundle to read instead of the location preference (the CLI's --db).
     void setDatabaseLocation(const QString &folder) { m_locationOverride = folder; }

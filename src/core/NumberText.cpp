@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
-#include <limits>
 #include <climits>
+#include <cmath>
 #include <cstdio>
+#include <limits>
 #include <string>
 
 namespace {

@@ -26,8 +26,17 @@ QString format(const char *pattern, double value);
 QString format(const char *pattern, int value);
 
 // Shorthands for the formats the records use.
-inline QString twoDecimals(double value) { return format("%.2f", value); } // "%.2f"
-inline QString sixDecimals(double value) { return format("%f", value); }   // "%f"
-inline QString integer(int value) { return QString::number(value); }      // "%i"
+inline QString twoDecimals(double value)
+{
+    return format("%.2f", value);
+} // "%.2f"
+inline QString sixDecimals(double value)
+{
+    return format("%f", value);
+} // "%f"
+inline QString integer(int value)
+{
+    return QString::number(value);
+} // "%i"
 
 } // namespace NumberText

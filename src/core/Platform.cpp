@@ -1,6 +1,5 @@
 #include "core/Platform.h"
 
-
 Platform::~Platform() = default;
 
 void Platform::inform(const QString &title, const QString &text)

@@ -27,8 +27,8 @@ public:
     {
         Alert(QString title = {}, QString informativeText = {}, QStringList buttons = {},
               AlertStyle style = AlertStyle::Warning)
-            : title(std::move(title)), informativeText(std::move(informativeText)),
-              buttons(std::move(buttons)), style(style)
+            : title(std::move(title)), informativeText(std::move(informativeText)), buttons(std::move(buttons)),
+              style(style)
         {
         }
         QString title;
@@ -39,16 +39,16 @@ public:
 
     struct Panel
     {
-        Panel(QString title = {}, QStringList fileTypes = {}, QString directory = {},
-              QString suggestedName = {}, bool chooseDirectories = false)
+        Panel(QString title = {}, QStringList fileTypes = {}, QString directory = {}, QString suggestedName = {},
+              bool chooseDirectories = false)
             : title(std::move(title)), fileTypes(std::move(fileTypes)), directory(std::move(directory)),
               suggestedName(std::move(suggestedName)), chooseDirectories(chooseDirectories)
         {
         }
         QString title;
-        QStringList fileTypes;  // extensions without the dot; empty accepts all
-        QString directory;      // where the panel starts; empty: its own choice
-        QString suggestedName;  // save panels only
+        QStringList fileTypes;          // extensions without the dot; empty accepts all
+        QString directory;              // where the panel starts; empty: its own choice
+        QString suggestedName;          // save panels only
         bool chooseDirectories = false; // open panels only
     };
 

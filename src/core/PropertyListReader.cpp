@@ -13,8 +13,8 @@ thread_local QString t_lastError;
 bool isNameChar(char c)
 {
     const auto u = static_cast<unsigned char>(c);
-    return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9') || u == '_' || u == ':'
-        || u == '-' || u == '.' || u >= 0x80;
+    return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9') || u == '_' || u == ':' ||
+           u == '-' || u == '.' || u >= 0x80;
 }
 
 void appendUtf8(std::string &out, char32_t cp)
@@ -259,7 +259,8 @@ private:
 
     bool readReference(std::string &out)
     {
-        const char *semicolon = static_cast<const char *>(std::memchr(p, ';', size_t(std::min<ptrdiff_t>(m_end - p, 12))));
+        const char *semicolon =
+            static_cast<const char *>(std::memchr(p, ';', size_t(std::min<ptrdiff_t>(m_end - p, 12))));
         if (!semicolon)
             return fail("malformed reference");
         const std::string_view name(p + 1, size_t(semicolon - p - 1));
@@ -351,8 +352,7 @@ bool readValue(Scanner &s, QString &value, bool &present)
     }
     if (tag.name == "array" || tag.name == "dict")
         return s.skipElement(tag);
-    if (tag.name != "string" && tag.name != "integer" && tag.name != "real" && tag.name != "date"
-        && tag.name != "data")
+    if (tag.name != "string" && tag.name != "integer" && tag.name != "real" && tag.name != "date" && tag.name != "data")
         return s.fail("unknown value type");
     present = true;
     if (tag.kind == TagKind::Empty) {

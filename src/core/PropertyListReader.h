@@ -53,7 +53,8 @@ public:
     // been delivered: the caller drops them, because a damaged file reads as
     // having no records.
     static Status readCollection(const QString &path, std::string_view collectionKey, const RecordCallback &onRecord);
-    static Status readCollection(const QByteArray &data, std::string_view collectionKey, const RecordCallback &onRecord);
+    static Status readCollection(const QByteArray &data, std::string_view collectionKey,
+                                 const RecordCallback &onRecord);
 
     // Reads a root dictionary of simple values (the lock file).
     static Status readDictionary(const QByteArray &data, std::vector<std::pair<QString, QString>> &out);

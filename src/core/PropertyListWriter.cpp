@@ -26,10 +26,17 @@ void appendKey(QByteArray &out, const char *indent, std::string_view key)
     out.append("<key>");
     for (char c : key) {
         switch (c) {
-        case '&': out.append("&amp;"); break;
-        case '<': out.append("&lt;"); break;
-        case '>': out.append("&gt;"); break;
-        default: out.append(c);
+        case '&':
+            out.append("&amp;");
+            break;
+        case '<':
+            out.append("&lt;");
+            break;
+        case '>':
+            out.append("&gt;");
+            break;
+        default:
+            out.append(c);
         }
     }
     out.append("</key>\n");
@@ -163,8 +170,8 @@ char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
         while (i + 8 <= n) {
             const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s + i));
             const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(v, highBits), zero);
-            const __m128i markup = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, amp), _mm_cmpeq_epi16(v, lt)),
-                                                _mm_cmpeq_epi16(v, gt));
+            const __m128i markup =
+                _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, amp), _mm_cmpeq_epi16(v, lt)), _mm_cmpeq_epi16(v, gt));
             if (_mm_movemask_epi8(_mm_andnot_si128(markup, ascii)) != 0xFFFF)
                 break;
             _mm_storel_epi64(reinterpret_cast<__m128i *>(d), _mm_packus_epi16(v, v));
@@ -179,10 +186,20 @@ char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
                 *d++ = char(c);
             } else if (c < 0x80) {
                 switch (c) {
-                case u'&': std::memcpy(d, "&amp;", 5); d += 5; break;
-                case u'<': std::memcpy(d, "&lt;", 4); d += 4; break;
-                case u'>': std::memcpy(d, "&gt;", 4); d += 4; break;
-                default: *d++ = char(c);
+                case u'&':
+                    std::memcpy(d, "&amp;", 5);
+                    d += 5;
+                    break;
+                case u'<':
+                    std::memcpy(d, "&lt;", 4);
+                    d += 4;
+                    break;
+                case u'>':
+                    std::memcpy(d, "&gt;", 4);
+                    d += 4;
+                    break;
+                default:
+                    *d++ = char(c);
                 }
             } else if (c < 0x800) {
                 *d++ = char(0xC0 | (c >> 6));

@@ -16,8 +16,7 @@ inline void assign(QString &field, const QString &value)
 }
 
 // The entry of a by-name table whose name equals the name, or nullptr.
-template<class Entry, std::size_t N>
-const Entry *find(const Entry (&table)[N], const QString &name)
+template<class Entry, std::size_t N> const Entry *find(const Entry (&table)[N], const QString &name)
 {
     for (const Entry &entry : table)
         if (name == entry.name)

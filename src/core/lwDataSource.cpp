@@ -60,8 +60,8 @@ qsizetype lwDataSource::positionOf(const dataObject *record) const
     if (!record)
         return -1;
     // Most lookups follow a walk or an id lookup: try those places first.
-    if (m_walkHint >= 0 && m_walkHint < qsizetype(m_collection.size())
-        && m_collection[size_t(m_walkHint)].get() == record)
+    if (m_walkHint >= 0 && m_walkHint < qsizetype(m_collection.size()) &&
+        m_collection[size_t(m_walkHint)].get() == record)
         return m_walkHint;
     if (m_idValid && m_idGeneration == dataObject::idGeneration()) {
         const auto it = m_idIndex.find(record->getID());
@@ -305,8 +305,8 @@ void lwDataSource::sortByColumn(const QString &column, bool ascending, int optio
         for (size_t i = 0; i < count; ++i) {
             dataObject *record = m_collection[i].get();
             if (!record->getNSDate().isValid()) {
-                const CalendarDate parsed = CalendarDate::fromString(record->getFieldByName(key),
-                                                                     QStringLiteral("%d/%m/%y"));
+                const CalendarDate parsed =
+                    CalendarDate::fromString(record->getFieldByName(key), QStringLiteral("%d/%m/%y"));
                 if (parsed.isValid())
                     record->setNSDate(parsed);
             }
@@ -355,7 +355,9 @@ bool lwDataSource::readOnlyCheck()
     if (!m_ledgerwick || !m_ledgerwick->isReadOnly())
         return true;
     if (Platform *platform = m_ledgerwick->platform())
-        platform->alert({lwTr("Read-only mode"), lwTr("Database is in read-only mode."), {lwTr("OK")},
+        platform->alert({lwTr("Read-only mode"),
+                         lwTr("Database is in read-only mode."),
+                         {lwTr("OK")},
                          Platform::AlertStyle::Warning});
     return false;
 }
@@ -444,8 +446,8 @@ QString lwDataSource::getDataAsHTMLusingTableView(const QList<Column> &columns) 
 {
     QString out = QStringLiteral("<table cellpadding=2 cellspacing=2 border=0><tr>");
     for (const Column &column : columns)
-        out += QStringLiteral("<th style = background:#cccccc;font-family:sans-serif;text-align:left>") + column.title
-            + QStringLiteral("</th>");
+        out += QStringLiteral("<th style = background:#cccccc;font-family:sans-serif;text-align:left>") + column.title +
+               QStringLiteral("</th>");
     out += QStringLiteral("</tr>");
     const int rows = numberOfRowsInTableView();
     for (int row = 0; row < rows; ++row) {
@@ -456,8 +458,8 @@ QString lwDataSource::getDataAsHTMLusingTableView(const QList<Column> &columns) 
             // attributes, which is how the mark-up has always been written.
             if (row % 2 == 1)
                 out += QStringLiteral("style = background:#f0f0ff;font-family:monospace");
-            out += QStringLiteral(" style = font-family:monospace>") + objectValueForTableColumn(column.identifier, row)
-                + QStringLiteral("</td>");
+            out += QStringLiteral(" style = font-family:monospace>") +
+                   objectValueForTableColumn(column.identifier, row) + QStringLiteral("</td>");
         }
         out += QStringLiteral("</tr>");
     }

@@ -4,9 +4,9 @@
 
 #include <QAbstractTableModel>
 #include <QColor>
+#include <QItemSelectionModel>
 #include <QList>
 #include <QPointer>
-#include <QItemSelectionModel>
 
 #include <memory>
 #include <unordered_map>

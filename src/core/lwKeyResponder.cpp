@@ -59,8 +59,8 @@ bool lwKeyResponder::eventFilter(QObject *watched, QEvent *event)
         key->accept();
         return true;
     }
-    const bool printable = !key->text().isEmpty() && key->text().at(0).isPrint()
-        && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier | Qt::AltModifier));
+    const bool printable = !key->text().isEmpty() && key->text().at(0).isPrint() &&
+                           !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier | Qt::AltModifier));
     if (printable) {
         // Typed letters do nothing in the lists.
         key->accept();

@@ -12,7 +12,7 @@ struct FieldAccess
     void (*set)(Material &, const QString &);
 };
 
-template <const QString &(Material::*Get)() const, void (Material::*Set)(const QString &)>
+template<const QString &(Material::*Get)() const, void (Material::*Set)(const QString &)>
 constexpr FieldAccess text(const char *name)
 {
     return {QLatin1String(name), [](const Material &m) { return (m.*Get)(); },
@@ -35,10 +35,8 @@ const FieldAccess kFields[] = {
     {QLatin1String("order:contact:id"), contactId, nullptr},
     // Answers the id as well: the column was always fed this way.
     {QLatin1String("order:contact:email"), contactId, nullptr},
-    {QLatin1String("order"), nullptr,
-     [](Material &m, const QString &v) { m.setOrder(NumberText::intValue(v)); }},
-    {QLatin1String("product"), nullptr,
-     [](Material &m, const QString &v) { m.setProduct(NumberText::intValue(v)); }},
+    {QLatin1String("order"), nullptr, [](Material &m, const QString &v) { m.setOrder(NumberText::intValue(v)); }},
+    {QLatin1String("product"), nullptr, [](Material &m, const QString &v) { m.setProduct(NumberText::intValue(v)); }},
 };
 
 const FieldAccess *findField(const QString &name)
@@ -48,8 +46,7 @@ const FieldAccess *findField(const QString &name)
 
 } // namespace
 
-Material::Material()
-    : m_item(QStringLiteral("New Item")), m_cost(QStringLiteral("0")), m_total(QStringLiteral("0"))
+Material::Material() : m_item(QStringLiteral("New Item")), m_cost(QStringLiteral("0")), m_total(QStringLiteral("0"))
 {
 }
 
@@ -57,8 +54,7 @@ Material::Material(int orderId) : m_item(QStringLiteral("New Item")), m_order(or
 {
 }
 
-Material::Material(int orderId, int productId)
-    : m_item(QStringLiteral("")), m_order(orderId), m_product(productId)
+Material::Material(int orderId, int productId) : m_item(QStringLiteral("")), m_order(orderId), m_product(productId)
 {
 }
 

@@ -29,21 +29,19 @@ struct FieldAccess
     void (*set)(Order &, const QString &);
 };
 
-template <const QString &(Order::*Get)() const, void (Order::*Set)(const QString &)>
+template<const QString &(Order::*Get)() const, void (Order::*Set)(const QString &)>
 constexpr FieldAccess text(const char *name)
 {
     return {QLatin1String(name), [](const Order &o) { return (o.*Get)(); },
             [](Order &o, const QString &v) { (o.*Set)(v); }};
 }
 
-template <const QString &(Order::*Get)() const>
-constexpr FieldAccess readOnly(const char *name)
+template<const QString &(Order::*Get)() const> constexpr FieldAccess readOnly(const char *name)
 {
     return {QLatin1String(name), [](const Order &o) { return (o.*Get)(); }, nullptr};
 }
 
-template <void (Order::*Set)(const QString &)>
-constexpr FieldAccess writeOnly(const char *name)
+template<void (Order::*Set)(const QString &)> constexpr FieldAccess writeOnly(const char *name)
 {
     return {QLatin1String(name), nullptr, [](Order &o, const QString &v) { (o.*Set)(v); }};
 }
@@ -92,8 +90,7 @@ struct ContactField
     QString (*get)(const Contact &);
 };
 
-template <const QString &(Contact::*Get)() const>
-constexpr ContactField ofContact(const char *name)
+template<const QString &(Contact::*Get)() const> constexpr ContactField ofContact(const char *name)
 {
     return {QLatin1String(name), [](const Contact &c) { return (c.*Get)(); }};
 }
@@ -120,8 +117,7 @@ const ContactField kContactFields[] = {
     ofContact<&Contact::getWebsite>("contact:website"),
 };
 
-template <typename Table>
-auto findIn(const Table &table, const QString &name) -> decltype(&table[0])
+template<typename Table> auto findIn(const Table &table, const QString &name) -> decltype(&table[0])
 {
     for (const auto &entry : table)
         if (name == entry.name)
@@ -217,24 +213,21 @@ void Order::applyRepeatBox(bool ticked, const CalendarDate &today)
         m_lastRepeatDate = today.toString(repeatDateFormat());
 }
 
-QString Order::repeatNote(const QString &lastRepeatDate, bool repeatTicked,
-                          const QString &frequencyShown, bool ukFormat)
+QString Order::repeatNote(const QString &lastRepeatDate, bool repeatTicked, const QString &frequencyShown,
+                          bool ukFormat)
 {
     if (lastRepeatDate.isEmpty())
         return QStringLiteral("");
     const CalendarDate last = CalendarDate::fromString(lastRepeatDate, repeatDateFormat());
     // A last date that does not parse is shown as it stands, with no next date.
-    const QString lastText = last.isValid()
-        ? last.toString(ukFormat ? repeatDateFormat() : QStringLiteral("%m/%d/%y"))
-        : lastRepeatDate;
+    const QString lastText =
+        last.isValid() ? last.toString(ukFormat ? repeatDateFormat() : QStringLiteral("%m/%d/%y")) : lastRepeatDate;
     QString note = QStringLiteral("Last repeated on ") + lastText + QStringLiteral(". ");
     if (repeatTicked && last.isValid()) {
         // The note's own shortcut: every frequency but "month" shows a week on.
-        const CalendarDate next = frequencyShown == QLatin1String("month")
-            ? last.addYearsMonthsDays(0, 1, 0)
-            : last.addYearsMonthsDays(0, 0, 7);
-        note += QStringLiteral("Next due to be repeated on ") + next.toString(repeatDateFormat())
-            + QLatin1Char(' ');
+        const CalendarDate next = frequencyShown == QLatin1String("month") ? last.addYearsMonthsDays(0, 1, 0)
+                                                                           : last.addYearsMonthsDays(0, 0, 7);
+        note += QStringLiteral("Next due to be repeated on ") + next.toString(repeatDateFormat()) + QLatin1Char(' ');
     }
     return note;
 }
@@ -245,22 +238,79 @@ void Order::setContact(const std::shared_ptr<Contact> &contact)
         m_contact = contact;
 }
 
-void Order::setBalance(const QString &value) { assign(m_balance, value); }
-void Order::setBalancePaid(const QString &value) { assign(m_balancePaid, value); }
-void Order::setDate(const QString &value) { assign(m_date, value); }
-void Order::setDeposit(const QString &value) { assign(m_deposit, value); }
-void Order::setDepositPaid(const QString &value) { assign(m_depositPaid, value); }
-void Order::setDescription(const QString &value) { assign(m_description, value); }
-void Order::setPaymentMethod(const QString &value) { assign(m_paymentMethod, value); }
-void Order::setOrderNum(const QString &value) { assign(m_orderNum, value); }
-void Order::setRepeatFrequency(const QString &value) { assign(m_repeatFrequency, value); }
-void Order::setStatus(const QString &value) { assign(m_status, value); }
-void Order::setShipping(const QString &value) { assign(m_shipping, value); }
-void Order::setLastRepeatDate(const QString &value) { assign(m_lastRepeatDate, value); }
-void Order::setTax(const QString &value) { assign(m_tax, value); }
-void Order::setNet(const QString &value) { assign(m_net, value); }
-void Order::setTaxRate(const QString &value) { assign(m_taxRate, value); }
-void Order::setTitle(const QString &value) { assign(m_title, value); }
-void Order::setType(const QString &value) { assign(m_type, value); }
-void Order::setValue(const QString &value) { assign(m_value, value); }
-void Order::setValueWithTax(const QString &value) { assign(m_valueWithTax, value); }
+void Order::setBalance(const QString &value)
+{
+    assign(m_balance, value);
+}
+void Order::setBalancePaid(const QString &value)
+{
+    assign(m_balancePaid, value);
+}
+void Order::setDate(const QString &value)
+{
+    assign(m_date, value);
+}
+void Order::setDeposit(const QString &value)
+{
+    assign(m_deposit, value);
+}
+void Order::setDepositPaid(const QString &value)
+{
+    assign(m_depositPaid, value);
+}
+void Order::setDescription(const QString &value)
+{
+    assign(m_description, value);
+}
+void Order::setPaymentMethod(const QString &value)
+{
+    assign(m_paymentMethod, value);
+}
+void Order::setOrderNum(const QString &value)
+{
+    assign(m_orderNum, value);
+}
+void Order::setRepeatFrequency(const QString &value)
+{
+    assign(m_repeatFrequency, value);
+}
+void Order::setStatus(const QString &value)
+{
+    assign(m_status, value);
+}
+void Order::setShipping(const QString &value)
+{
+    assign(m_shipping, value);
+}
+void Order::setLastRepeatDate(const QString &value)
+{
+    assign(m_lastRepeatDate, value);
+}
+void Order::setTax(const QString &value)
+{
+    assign(m_tax, value);
+}
+void Order::setNet(const QString &value)
+{
+    assign(m_net, value);
+}
+void Order::setTaxRate(const QString &value)
+{
+    assign(m_taxRate, value);
+}
+void Order::setTitle(const QString &value)
+{
+    assign(m_title, value);
+}
+void Order::setType(const QString &value)
+{
+    assign(m_type, value);
+}
+void Order::setValue(const QString &value)
+{
+    assign(m_value, value);
+}
+void Order::setValueWithTax(const QString &value)
+{
+    assign(m_valueWithTax, value);
+}

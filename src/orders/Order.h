@@ -64,8 +64,8 @@ public:
     // repeated on <date> " always day first. For this note the next date is a
     // month on when the frequency shown is "month" and 7 days on for every
     // other frequency. Empty when there is no last repeat date.
-    static QString repeatNote(const QString &lastRepeatDate, bool repeatTicked,
-                              const QString &frequencyShown, bool ukFormat);
+    static QString repeatNote(const QString &lastRepeatDate, bool repeatTicked, const QString &frequencyShown,
+                              bool ukFormat);
 
     // --- the customer link --------------------------------------------------
     std::shared_ptr<Contact> getContact() const { return m_contact.lock(); }

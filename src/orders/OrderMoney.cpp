@@ -24,8 +24,7 @@ float taxShare(float gross, float rate)
 
 Line lineOf(const Material &material, std::optional<QString> productShipping)
 {
-    return Line{material.getQty(), material.getTotal(), material.getTaxCode(),
-                std::move(productShipping)};
+    return Line{material.getQty(), material.getTotal(), material.getTaxCode(), std::move(productShipping)};
 }
 
 QString lineTotal(const QString &qty, const QString &cost)
@@ -81,8 +80,7 @@ Figures figures(const QList<Line> &lines, const QString &taxRate, const QString 
 
 QString valueWithTax(const QString &value, const QString &tax, const QString &shipping)
 {
-    const float sum = NumberText::floatValue(value) + NumberText::floatValue(tax)
-        + NumberText::floatValue(shipping);
+    const float sum = NumberText::floatValue(value) + NumberText::floatValue(tax) + NumberText::floatValue(shipping);
     return NumberText::format("%.2f", double(sum));
 }
 

@@ -32,7 +32,7 @@ struct FieldAccess
     bool (*set)(Item &, const QString &);
 };
 
-template <const QString &(Item::*Get)() const, void (Item::*Set)(const QString &)>
+template<const QString &(Item::*Get)() const, void (Item::*Set)(const QString &)>
 constexpr FieldAccess text(const char *name)
 {
     return {QLatin1String(name), [](const Item &i) { return (i.*Get)(); },
@@ -42,8 +42,7 @@ constexpr FieldAccess text(const char *name)
             }};
 }
 
-template <bool (Item::*Get)() const, void (Item::*Set)(bool)>
-constexpr FieldAccess flag(const char *name)
+template<bool (Item::*Get)() const, void (Item::*Set)(bool)> constexpr FieldAccess flag(const char *name)
 {
     return {QLatin1String(name), [](const Item &i) { return yesNo((i.*Get)()); },
             [](Item &i, const QString &v) {
@@ -52,8 +51,7 @@ constexpr FieldAccess flag(const char *name)
             }};
 }
 
-template <QString (Item::*Get)() const>
-constexpr FieldAccess derived(const char *name)
+template<QString (Item::*Get)() const> constexpr FieldAccess derived(const char *name)
 {
     return {QLatin1String(name), [](const Item &i) { return (i.*Get)(); }, nullptr};
 }
@@ -185,20 +183,71 @@ void Item::setImage(const QImage &image)
         out.cancelWriting();
 }
 
-void Item::setBought(const QString &value) { assign(m_bought, value); }
-void Item::setCode(const QString &value) { assign(m_code, value); }
-void Item::setCondition(const QString &value) { assign(m_condition, value); }
-void Item::setDescription(const QString &value) { assign(m_description, value); }
-void Item::setItem(const QString &value) { assign(m_item, value); }
-void Item::setPrice(const QString &value) { assign(m_price, value); }
-void Item::setQty(const QString &value) { assign(m_qty, value); }
-void Item::setOptimumQty(const QString &value) { assign(m_optimumQty, value); }
-void Item::setShipping(const QString &value) { assign(m_shipping, value); }
-void Item::setStatus(const QString &value) { assign(m_status, value); }
-void Item::setSupplier(const QString &value) { assign(m_supplier, value); }
-void Item::setTaxCode(const QString &value) { assign(m_taxcode, value); }
-void Item::setWarnlevel(const QString &value) { assign(m_warnlevel, value); }
-void Item::setWebsiteFolder(const QString &value) { assign(m_websitefolder, value); }
-void Item::setQuantityMethod(const QString &value) { assign(m_qtymethod, value); }
-void Item::setButtonCode(const QString &value) { assign(m_buttoncode, value); }
-void Item::setVariation(const QString &value) { assign(m_variation, value); }
+void Item::setBought(const QString &value)
+{
+    assign(m_bought, value);
+}
+void Item::setCode(const QString &value)
+{
+    assign(m_code, value);
+}
+void Item::setCondition(const QString &value)
+{
+    assign(m_condition, value);
+}
+void Item::setDescription(const QString &value)
+{
+    assign(m_description, value);
+}
+void Item::setItem(const QString &value)
+{
+    assign(m_item, value);
+}
+void Item::setPrice(const QString &value)
+{
+    assign(m_price, value);
+}
+void Item::setQty(const QString &value)
+{
+    assign(m_qty, value);
+}
+void Item::setOptimumQty(const QString &value)
+{
+    assign(m_optimumQty, value);
+}
+void Item::setShipping(const QString &value)
+{
+    assign(m_shipping, value);
+}
+void Item::setStatus(const QString &value)
+{
+    assign(m_status, value);
+}
+void Item::setSupplier(const QString &value)
+{
+    assign(m_supplier, value);
+}
+void Item::setTaxCode(const QString &value)
+{
+    assign(m_taxcode, value);
+}
+void Item::setWarnlevel(const QString &value)
+{
+    assign(m_warnlevel, value);
+}
+void Item::setWebsiteFolder(const QString &value)
+{
+    assign(m_websitefolder, value);
+}
+void Item::setQuantityMethod(const QString &value)
+{
+    assign(m_qtymethod, value);
+}
+void Item::setButtonCode(const QString &value)
+{
+    assign(m_buttoncode, value);
+}
+void Item::setVariation(const QString &value)
+{
+    assign(m_variation, value);
+}

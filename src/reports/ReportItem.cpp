@@ -4,9 +4,18 @@
 
 namespace {
 
-QString kindDate() { return QStringLiteral("DATE"); }
-QString kindNumber() { return QStringLiteral("NUMBER"); }
-QString kindString() { return QStringLiteral("STRING"); }
+QString kindDate()
+{
+    return QStringLiteral("DATE");
+}
+QString kindNumber()
+{
+    return QStringLiteral("NUMBER");
+}
+QString kindString()
+{
+    return QStringLiteral("STRING");
+}
 
 bool isDigit(QChar c)
 {

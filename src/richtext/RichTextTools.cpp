@@ -106,9 +106,9 @@ bool RichTextTools::writePdf(const QTextDocument *document, const QString &path,
         const QLocale::Territory territory = QLocale().territory();
         const bool letter = territory == QLocale::UnitedStates || territory == QLocale::Canada;
         writer.setPageSize(QPageSize(letter ? QPageSize::Letter : QPageSize::A4));
-        writer.setPageMargins(QMarginsF(kPdfMarginMillimetres, kPdfMarginMillimetres, kPdfMarginMillimetres,
-                                        kPdfMarginMillimetres),
-                              QPageLayout::Millimeter);
+        writer.setPageMargins(
+            QMarginsF(kPdfMarginMillimetres, kPdfMarginMillimetres, kPdfMarginMillimetres, kPdfMarginMillimetres),
+            QPageLayout::Millimeter);
         writer.setResolution(300);
         writer.setCreator(QStringLiteral("Ledgerwick"));
         writer.setTitle(document->metaInformation(QTextDocument::DocumentTitle));

@@ -42,9 +42,10 @@ qreal pixels(int twips)
 QString familyFromFontName(const QString &name)
 {
     static const QStringList styles = {
-        QStringLiteral("Regular"), QStringLiteral("Roman"), QStringLiteral("Bold"), QStringLiteral("Italic"),
-        QStringLiteral("Oblique"), QStringLiteral("BoldItalic"), QStringLiteral("BoldOblique"), QStringLiteral("Light"),
-        QStringLiteral("LightItalic"), QStringLiteral("Medium"), QStringLiteral("Semibold"), QStringLiteral("Book"),
+        QStringLiteral("Regular"),     QStringLiteral("Roman"),    QStringLiteral("Bold"),
+        QStringLiteral("Italic"),      QStringLiteral("Oblique"),  QStringLiteral("BoldItalic"),
+        QStringLiteral("BoldOblique"), QStringLiteral("Light"),    QStringLiteral("LightItalic"),
+        QStringLiteral("Medium"),      QStringLiteral("Semibold"), QStringLiteral("Book"),
     };
     const qsizetype dash = name.lastIndexOf(QLatin1Char('-'));
     if (dash > 0 && styles.contains(name.mid(dash + 1)))
@@ -85,9 +86,7 @@ QImage placeholderImage()
 } // namespace
 
 RtfParser::RtfParser(QTextDocument *document, const QString &packageDir)
-    : m_document(document)
-    , m_packageDir(packageDir)
-    , m_pixelBudget(kPixelBudget)
+    : m_document(document), m_packageDir(packageDir), m_pixelBudget(kPixelBudget)
 {
 }
 
@@ -96,7 +95,8 @@ bool RtfParser::parse(QByteArrayView data)
     qsizetype start = 0;
     if (data.startsWith("\xEF\xBB\xBF"))
         start = 3;
-    while (start < data.size() && (data[start] == ' ' || data[start] == '\t' || data[start] == '\r' || data[start] == '\n'))
+    while (start < data.size() &&
+           (data[start] == ' ' || data[start] == '\t' || data[start] == '\r' || data[start] == '\n'))
         ++start;
     if (!data.sliced(start).startsWith("{\\rtf"))
         return false;
@@ -108,8 +108,8 @@ bool RtfParser::parse(QByteArrayView data)
         const RtfTokenizer::Token token = tokenizer.next();
         if (token.type == RtfTokenizer::Type::End)
             break;
-        if (m_overflowDepth > 0 && token.type != RtfTokenizer::Type::GroupStart
-            && token.type != RtfTokenizer::Type::GroupEnd)
+        if (m_overflowDepth > 0 && token.type != RtfTokenizer::Type::GroupStart &&
+            token.type != RtfTokenizer::Type::GroupEnd)
             continue;
         switch (token.type) {
         case RtfTokenizer::Type::End:
@@ -280,8 +280,8 @@ void RtfParser::controlWord(const QByteArray &word, bool hasParameter, int param
             m_blue = parameter;
         return;
     case Destination::Picture:
-        if (word == "pngblip" || word == "jpegblip" || word == "wmetafile" || word == "emfblip" || word == "macpict"
-            || word == "dibitmap" || word == "wbitmap" || word == "pmmetafile")
+        if (word == "pngblip" || word == "jpegblip" || word == "wmetafile" || word == "emfblip" || word == "macpict" ||
+            word == "dibitmap" || word == "wbitmap" || word == "pmmetafile")
             m_picture.kind = word;
         else if (word == "picw")
             m_picture.width = parameter;
@@ -321,8 +321,8 @@ void RtfParser::controlWord(const QByteArray &word, bool hasParameter, int param
             m_documentCodepage = parameter;
     } else if (word == "deff") {
         m_defaultFont = parameter;
-    } else if (characterWord(word, hasParameter, parameter) || paragraphWord(word, hasParameter, parameter)
-               || tableWord(word, hasParameter, parameter)) {
+    } else if (characterWord(word, hasParameter, parameter) || paragraphWord(word, hasParameter, parameter) ||
+               tableWord(word, hasParameter, parameter)) {
         return;
     } else if (word == "par" || word == "sect") {
         endParagraph(false);
@@ -331,10 +331,10 @@ void RtfParser::controlWord(const QByteArray &word, bool hasParameter, int param
         m_pageBreakNext = true;
     } else {
         static const QHash<QByteArray, char16_t> characters = {
-            {"line", 0x2028}, {"tab", 0x09}, {"emdash", 0x2014}, {"endash", 0x2013}, {"bullet", 0x2022},
-            {"lquote", 0x2018}, {"rquote", 0x2019}, {"ldblquote", 0x201C}, {"rdblquote", 0x201D},
-            {"emspace", 0x2003}, {"enspace", 0x2002}, {"qmspace", 0x2005}, {"zwj", 0x200D}, {"zwnj", 0x200C},
-            {"ltrmark", 0x200E}, {"rtlmark", 0x200F},
+            {"line", 0x2028},      {"tab", 0x09},       {"emdash", 0x2014},  {"endash", 0x2013},
+            {"bullet", 0x2022},    {"lquote", 0x2018},  {"rquote", 0x2019},  {"ldblquote", 0x201C},
+            {"rdblquote", 0x201D}, {"emspace", 0x2003}, {"enspace", 0x2002}, {"qmspace", 0x2005},
+            {"zwj", 0x200D},       {"zwnj", 0x200C},    {"ltrmark", 0x200E}, {"rtlmark", 0x200F},
         };
         const auto it = characters.constFind(word);
         if (it != characters.constEnd())
@@ -356,12 +356,57 @@ bool RtfParser::destinationWord(const QByteArray &word)
         return false;
 
     static const QSet<QByteArray> skipped = {
-        "stylesheet", "header", "headerl", "headerr", "headerf", "footer", "footerl", "footerr", "footerf",
-        "footnote", "annotation", "atnid", "atnauthor", "pn", "xe", "tc", "txe", "rxe", "nonshppict", "objdata",
-        "objclass", "themedata", "colorschememapping", "datastore", "latentstyles", "listtable",
-        "listoverridetable", "revtbl", "rsidtbl", "generator", "filetbl", "pgdsctbl", "docvar", "private",
-        "userprops", "xmlnstbl", "bkmkstart", "bkmkend", "ftnsep", "ftnsepc", "aftnsep", "aftnsepc", "comment",
-        "template", "mmathPr", "expandedcolortbl", "shpinst", "fldtype", "pgptbl", "title", "author",
+        "stylesheet",
+        "header",
+        "headerl",
+        "headerr",
+        "headerf",
+        "footer",
+        "footerl",
+        "footerr",
+        "footerf",
+        "footnote",
+        "annotation",
+        "atnid",
+        "atnauthor",
+        "pn",
+        "xe",
+        "tc",
+        "txe",
+        "rxe",
+        "nonshppict",
+        "objdata",
+        "objclass",
+        "themedata",
+        "colorschememapping",
+        "datastore",
+        "latentstyles",
+        "listtable",
+        "listoverridetable",
+        "revtbl",
+        "rsidtbl",
+        "generator",
+        "filetbl",
+        "pgdsctbl",
+        "docvar",
+        "private",
+        "userprops",
+        "xmlnstbl",
+        "bkmkstart",
+        "bkmkend",
+        "ftnsep",
+        "ftnsepc",
+        "aftnsep",
+        "aftnsepc",
+        "comment",
+        "template",
+        "mmathPr",
+        "expandedcolortbl",
+        "shpinst",
+        "fldtype",
+        "pgptbl",
+        "title",
+        "author",
     };
     // Groups that hold ordinary text: a list's bullet, a shape's rendering.
     static const QSet<QByteArray> transparent = {"shppict", "result", "shprslt", "listtext", "pntext"};
@@ -566,12 +611,23 @@ void RtfParser::controlSymbol(char symbol)
     if (state().destination != Destination::Text)
         return;
     switch (symbol) {
-    case '~': appendDecoded(QString(QChar(0x00A0))); break;
-    case '-': appendDecoded(QString(QChar(0x00AD))); break;
-    case '_': appendDecoded(QString(QChar(0x2011))); break;
-    case '\t': appendDecoded(QStringLiteral("\t")); break;
-    case '\n': endParagraph(false); break; // Cocoa ends paragraphs with a backslash-newline
-    default: break;
+    case '~':
+        appendDecoded(QString(QChar(0x00A0)));
+        break;
+    case '-':
+        appendDecoded(QString(QChar(0x00AD)));
+        break;
+    case '_':
+        appendDecoded(QString(QChar(0x2011)));
+        break;
+    case '\t':
+        appendDecoded(QStringLiteral("\t"));
+        break;
+    case '\n':
+        endParagraph(false);
+        break; // Cocoa ends paragraphs with a backslash-newline
+    default:
+        break;
     }
 }
 

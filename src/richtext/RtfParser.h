@@ -78,10 +78,10 @@ private:
         Destination destination = Destination::Text;
         CharState chars;
         ParaState para;
-        QString href;     // inside a hyperlink field's result
+        QString href; // inside a hyperlink field's result
         int unicodeSkip = 1;
-        bool ignorable = false;        // the group began with \*
-        bool opensField = false;       // this group is a \field
+        bool ignorable = false;  // the group began with \*
+        bool opensField = false; // this group is a \field
         bool dropAttachmentChar = false;
     };
 

@@ -21,8 +21,8 @@ bool RtfReader::readFile(const QString &path, QTextDocument *document)
 {
     m_error.clear();
     const QFileInfo info(path);
-    const bool package = info.isDir() || path.endsWith(QLatin1String(".rtfd"), Qt::CaseInsensitive)
-        || path.endsWith(QLatin1String(".rtfd/"), Qt::CaseInsensitive);
+    const bool package = info.isDir() || path.endsWith(QLatin1String(".rtfd"), Qt::CaseInsensitive) ||
+                         path.endsWith(QLatin1String(".rtfd/"), Qt::CaseInsensitive);
     const QString textPath = package ? path + QStringLiteral("/TXT.rtf") : path;
     QFile file(textPath);
     if (!file.open(QIODevice::ReadOnly)) {

@@ -100,8 +100,8 @@ QList<RtfTableBuilder::Placement> RtfTableBuilder::place(int *columns, QList<int
         for (qsizetype i = 0; i < row.size(); ++i) {
             const Cell &cell = row.at(i);
             const int end = int(std::lower_bound(grid.begin(), grid.end(), rights[r][i]) - grid.begin());
-            const int start = i == 0 ? 0
-                                     : int(std::lower_bound(grid.begin(), grid.end(), rights[r][i - 1]) - grid.begin()) + 1;
+            const int start =
+                i == 0 ? 0 : int(std::lower_bound(grid.begin(), grid.end(), rights[r][i - 1]) - grid.begin()) + 1;
             if (start > end || start >= *columns) {
                 // Past the last column (cells beyond the limit): keep the text.
                 if (placements.size() > rowStart && hasContent(cell.paragraphs))

@@ -69,7 +69,7 @@ private:
     qsizetype m_cellCount = 0;
     QList<Cell> m_cells;              // finished cells of the current row
     QList<RtfParagraph> m_paragraphs; // paragraphs of the current cell
-    int m_padding = 108; // twips between a cell's edge and its text
+    int m_padding = 108;              // twips between a cell's edge and its text
     int m_borderWidth = 0;
     Qt::Alignment m_alignment = Qt::AlignLeft;
 };

@@ -31,8 +31,7 @@ int hexValue(char c)
 
 } // namespace
 
-RtfTokenizer::RtfTokenizer(QByteArrayView input)
-    : m_input(input)
+RtfTokenizer::RtfTokenizer(QByteArrayView input) : m_input(input)
 {
 }
 

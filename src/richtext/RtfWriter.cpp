@@ -50,15 +50,32 @@ QByteArray escapeText(QStringView text)
         }
         const char16_t u = ch.unicode();
         switch (u) {
-        case '\\': out += "\\\\"; continue;
-        case '{': out += "\\{"; continue;
-        case '}': out += "\\}"; continue;
-        case '\t': out += "\\tab "; continue;
-        case 0x2028: out += "\\line "; continue;
-        case 0x00A0: out += "\\~"; continue;
-        case 0x00AD: out += "\\-"; continue;
-        case 0x2011: out += "\\_"; continue;
-        default: break;
+        case '\\':
+            out += "\\\\";
+            continue;
+        case '{':
+            out += "\\{";
+            continue;
+        case '}':
+            out += "\\}";
+            continue;
+        case '\t':
+            out += "\\tab ";
+            continue;
+        case 0x2028:
+            out += "\\line ";
+            continue;
+        case 0x00A0:
+            out += "\\~";
+            continue;
+        case 0x00AD:
+            out += "\\-";
+            continue;
+        case 0x2011:
+            out += "\\_";
+            continue;
+        default:
+            break;
         }
         if (u >= 0x20 && u < 0x7F) {
             out += char(u);
@@ -118,8 +135,8 @@ QString packageFileName(const QString &base, const QString &suffix)
 {
     auto plain = [](QString text) {
         for (QChar &ch : text)
-            if (!(ch.isLetterOrNumber() && ch.unicode() < 0x80) && ch != QLatin1Char(' ') && ch != QLatin1Char('-')
-                && ch != QLatin1Char('_') && ch != QLatin1Char('.'))
+            if (!(ch.isLetterOrNumber() && ch.unicode() < 0x80) && ch != QLatin1Char(' ') && ch != QLatin1Char('-') &&
+                ch != QLatin1Char('_') && ch != QLatin1Char('.'))
                 ch = QLatin1Char('_');
         return text.trimmed();
     };
@@ -176,7 +193,8 @@ QByteArray RtfWriter::generate(const QTextDocument *document, bool package)
     }
     m_out += "}\n{\\colortbl;";
     for (const QColor &color : std::as_const(m_colors))
-        m_out += "\\red" + number(color.red()) + "\\green" + number(color.green()) + "\\blue" + number(color.blue()) + ';';
+        m_out +=
+            "\\red" + number(color.red()) + "\\green" + number(color.green()) + "\\blue" + number(color.blue()) + ';';
     m_out += "}\n";
     const QString title = document->metaInformation(QTextDocument::DocumentTitle);
     if (!title.isEmpty())
@@ -287,8 +305,11 @@ void RtfWriter::writeBlock(const QTextBlock &block, bool inTable)
         m_out += "\\qj";
     const qreal left = format.leftMargin() + format.indent() * m_document->indentWidth();
     const std::pair<const char *, qreal> indents[] = {
-        {"\\li", left}, {"\\ri", format.rightMargin()}, {"\\fi", format.textIndent()},
-        {"\\sb", format.topMargin()}, {"\\sa", format.bottomMargin()},
+        {"\\li", left},
+        {"\\ri", format.rightMargin()},
+        {"\\fi", format.textIndent()},
+        {"\\sb", format.topMargin()},
+        {"\\sa", format.bottomMargin()},
     };
     for (const auto &[word, pixels] : indents)
         if (twips(pixels) != 0)
@@ -341,17 +362,30 @@ void RtfWriter::writeCharFormat(const QTextCharFormat &format)
     if (format.fontItalic())
         m_out += "\\i";
     const auto underline = format.hasProperty(QTextFormat::TextUnderlineStyle)
-        ? format.underlineStyle()
-        : (format.boolProperty(QTextFormat::FontUnderline) ? QTextCharFormat::SingleUnderline
-                                                            : QTextCharFormat::NoUnderline);
+                               ? format.underlineStyle()
+                               : (format.boolProperty(QTextFormat::FontUnderline) ? QTextCharFormat::SingleUnderline
+                                                                                  : QTextCharFormat::NoUnderline);
     switch (underline) {
-    case QTextCharFormat::SingleUnderline: m_out += "\\ul"; break;
-    case QTextCharFormat::DashUnderline: m_out += "\\uldash"; break;
-    case QTextCharFormat::DotLine: m_out += "\\uld"; break;
-    case QTextCharFormat::DashDotLine: m_out += "\\uldashd"; break;
-    case QTextCharFormat::DashDotDotLine: m_out += "\\uldashdd"; break;
-    case QTextCharFormat::WaveUnderline: m_out += "\\ulwave"; break;
-    default: break;
+    case QTextCharFormat::SingleUnderline:
+        m_out += "\\ul";
+        break;
+    case QTextCharFormat::DashUnderline:
+        m_out += "\\uldash";
+        break;
+    case QTextCharFormat::DotLine:
+        m_out += "\\uld";
+        break;
+    case QTextCharFormat::DashDotLine:
+        m_out += "\\uldashd";
+        break;
+    case QTextCharFormat::DashDotDotLine:
+        m_out += "\\uldashdd";
+        break;
+    case QTextCharFormat::WaveUnderline:
+        m_out += "\\ulwave";
+        break;
+    default:
+        break;
     }
     if (format.fontStrikeOut())
         m_out += "\\strike";
@@ -478,13 +512,13 @@ void RtfWriter::writePicture(const QTextImageFormat &format)
             file = attachmentName(format.name(), packageFileName(base, QStringLiteral("png")),
                                   [&] { return pngData(image); });
         }
-        m_out += "{{\\NeXTGraphic " + escapeText(file) + " \\width" + number(twips(width)) + " \\height"
-            + number(twips(height)) + " \\appleattachmentpadding0 \\appleembedtype0 \\appleaqc\n}\\'ac}";
+        m_out += "{{\\NeXTGraphic " + escapeText(file) + " \\width" + number(twips(width)) + " \\height" +
+                 number(twips(height)) + " \\appleattachmentpadding0 \\appleembedtype0 \\appleaqc\n}\\'ac}";
         return;
     }
     const QByteArray png = pngData(image);
-    m_out += "{\\pict\\pngblip\\picw" + number(image.width()) + "\\pich" + number(image.height()) + "\\picwgoal"
-        + number(twips(width)) + "\\pichgoal" + number(twips(height)) + '\n';
+    m_out += "{\\pict\\pngblip\\picw" + number(image.width()) + "\\pich" + number(image.height()) + "\\picwgoal" +
+             number(twips(width)) + "\\pichgoal" + number(twips(height)) + '\n';
     for (qsizetype i = 0; i < png.size(); i += kHexBytesPerLine)
         m_out += png.mid(i, kHexBytesPerLine).toHex() + '\n';
     m_out += '}';
@@ -494,15 +528,18 @@ QImage RtfWriter::pictureImage(const QString &name) const
 {
     const QVariant resource = m_document->resource(QTextDocument::ImageResource, QUrl(name));
     switch (resource.typeId()) {
-    case QMetaType::QImage: return resource.value<QImage>();
-    case QMetaType::QPixmap: return resource.value<QPixmap>().toImage();
-    case QMetaType::QByteArray: return QImage::fromData(resource.toByteArray());
-    default: return {};
+    case QMetaType::QImage:
+        return resource.value<QImage>();
+    case QMetaType::QPixmap:
+        return resource.value<QPixmap>().toImage();
+    case QMetaType::QByteArray:
+        return QImage::fromData(resource.toByteArray());
+    default:
+        return {};
     }
 }
 
-QString RtfWriter::attachmentName(const QString &key, const QString &wanted,
-                                  const std::function<QByteArray()> &data)
+QString RtfWriter::attachmentName(const QString &key, const QString &wanted, const std::function<QByteArray()> &data)
 {
     const auto known = m_attachmentNames.constFind(key);
     if (known != m_attachmentNames.constEnd())

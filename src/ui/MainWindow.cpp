@@ -1,9 +1,9 @@
 #include "ui/MainWindow.h"
 
 #include "core/Ledgerwick.h"
+#include "core/lwKeyResponder.h"
 #include "core/Platform.h"
 #include "core/RecordTable.h"
-#include "core/lwKeyResponder.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
 #include "ui/integrityTableView.h"
@@ -118,10 +118,16 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
     // Money in and the statement fill once their reports are in place.
     m_moneyIn = new RecordTable({}, this);
     m_statement = new RecordTable({}, this);
-    addTab(m_accountsTabs, makeList(m_moneyIn, {col("date", "Date", 90), col("details", "Details", 260), col("amount", "Amount", 90)}, false),
+    addTab(m_accountsTabs,
+           makeList(m_moneyIn, {col("date", "Date", 90), col("details", "Details", 260), col("amount", "Amount", 90)},
+                    false),
            QStringLiteral("2"), lwTr("Money In"));
-    addTab(m_accountsTabs, makeList(m_statement, {col("date", "Date", 90), col("details", "Details", 260), col("in", "In", 90), col("out", "Out", 90)}, false),
-           QStringLiteral("3"), lwTr("Statement"));
+    addTab(
+        m_accountsTabs,
+        makeList(m_statement,
+                 {col("date", "Date", 90), col("details", "Details", 260), col("in", "In", 90), col("out", "Out", 90)},
+                 false),
+        QStringLiteral("3"), lwTr("Statement"));
     m_moneyInView = m_views.value(m_moneyIn);
     m_statementView = m_views.value(m_statement);
     addTab(m_tabs, m_accountsTabs, QStringLiteral("tabAccounts"), lwTr("Accounts"));
@@ -143,7 +149,8 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
         setTerms(terms.order, terms.orders, terms.item, terms.items);
     });
     connect(this, &MainWindow::preferencesRequested, prefs, [prefs] { prefs->openWindow(); });
-    connect(this, &MainWindow::helpRequested, m_ledgerwick->getManual(), [l = m_ledgerwick] { l->getManual()->menu1(); });
+    connect(this, &MainWindow::helpRequested, m_ledgerwick->getManual(),
+            [l = m_ledgerwick] { l->getManual()->menu1(); });
     connect(m_ledgerwick, &Ledgerwick::readOnlyChanged, this, [this](bool readOnly) {
         setWindowTitle(readOnly ? QStringLiteral("Ledgerwick — ") + lwTr("read-only") : QStringLiteral("Ledgerwick"));
     });
@@ -315,8 +322,11 @@ void MainWindow::buildMenus()
         const char *id;
         const char *title;
         int key;
-    } tabs[] = {{"1", "Contacts", Qt::Key_1}, {"2", "Orders", Qt::Key_2},          {"3", "Items", Qt::Key_3},
-                {"tabActions", "Tasks", Qt::Key_4}, {"tabAccounts", "Accounts", Qt::Key_5},
+    } tabs[] = {{"1", "Contacts", Qt::Key_1},
+                {"2", "Orders", Qt::Key_2},
+                {"3", "Items", Qt::Key_3},
+                {"tabActions", "Tasks", Qt::Key_4},
+                {"tabAccounts", "Accounts", Qt::Key_5},
                 {"tabReports", "Reports", Qt::Key_6}};
     for (const auto &tab : tabs) {
         const QString id = QString::fromLatin1(tab.id);
@@ -377,9 +387,12 @@ QAbstractItemView *MainWindow::frontView() const
     const QString tab = m_tabs->currentWidget()->property("tabIdentifier").toString();
     if (tab == QLatin1String("tabAccounts")) {
         switch (m_accountsTabs->currentIndex()) {
-        case 0: return viewFor(m_ledgerwick->getBillManager());
-        case 1: return m_moneyInView;
-        default: return m_statementView;
+        case 0:
+            return viewFor(m_ledgerwick->getBillManager());
+        case 1:
+            return m_moneyInView;
+        default:
+            return m_statementView;
         }
     }
     if (tab == QLatin1String("tabReports"))
@@ -499,12 +512,10 @@ void MainWindow::showLockSheet(const QString &lockDateTime)
     sheet->setIcon(QMessageBox::Warning);
     sheet->setWindowModality(Qt::WindowModal);
     sheet->setText(lwTr("This database is open in another copy of Ledgerwick."));
-    const QString since = lockDateTime.isEmpty() ? QString()
-                                                 : lwTr("It has been in use since %1. ").arg(lockDateTime);
-    sheet->setInformativeText(since
-                              + lwTr("This copy works read-only: you can look at everything, but nothing you "
-                                     "change will be saved. If no other copy is running, quit, delete the file "
-                                     "\"lock.xml\" in the database folder and start again."));
+    const QString since = lockDateTime.isEmpty() ? QString() : lwTr("It has been in use since %1. ").arg(lockDateTime);
+    sheet->setInformativeText(since + lwTr("This copy works read-only: you can look at everything, but nothing you "
+                                           "change will be saved. If no other copy is running, quit, delete the file "
+                                           "\"lock.xml\" in the database folder and start again."));
     QPushButton *ok = sheet->addButton(lwTr("Continue Read-Only"), QMessageBox::AcceptRole);
     sheet->setDefaultButton(ok);
     connect(sheet, &QMessageBox::finished, m_ledgerwick, [l = m_ledgerwick] { l->cancelLockSheet(); });

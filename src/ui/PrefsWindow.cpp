@@ -68,9 +68,8 @@ PrefsWindow::PrefsWindow(PrefsController *controller, QWidget *parent)
     auto *matrix = new QButtonGroup(this);
     matrix->addButton(m_ui->dayFirstRadio, 0);
     matrix->addButton(m_ui->monthFirstRadio, 1);
-    connect(matrix, &QButtonGroup::idClicked, this, [this](int column) {
-        m_controller->controls().dateFormatColumn = column;
-    });
+    connect(matrix, &QButtonGroup::idClicked, this,
+            [this](int column) { m_controller->controls().dateFormatColumn = column; });
 
     connectEdits();
 
@@ -82,8 +81,7 @@ PrefsWindow::PrefsWindow(PrefsController *controller, QWidget *parent)
 
     connect(m_ui->chooseDbButton, &QPushButton::clicked, this, [this] { m_controller->selectDbLocation(this); });
     connect(m_ui->createDbButton, &QPushButton::clicked, this, [this] { m_controller->createDbLocation(this); });
-    connect(m_ui->defaultDbButton, &QPushButton::clicked, this,
-            [this] { m_controller->setDbLocationToDefault(this); });
+    connect(m_ui->defaultDbButton, &QPushButton::clicked, this, [this] { m_controller->setDbLocationToDefault(this); });
 
     connect(m_ui->buttonBox->button(QDialogButtonBox::Ok), &QPushButton::clicked, this,
             [this] { m_controller->OKButton(this); });
@@ -179,8 +177,7 @@ void PrefsWindow::showWellColour()
 void PrefsWindow::chooseColour()
 {
     const QString status = m_controller->selectedColourStatus();
-    const QColor colour = QColorDialog::getColor(m_controller->wellColour(), this,
-                                                 lwTr("Colour for %1").arg(status));
+    const QColor colour = QColorDialog::getColor(m_controller->wellColour(), this, lwTr("Colour for %1").arg(status));
     if (colour.isValid())
         m_controller->setColorForStatus(colour);
 }

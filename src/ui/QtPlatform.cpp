@@ -35,9 +35,15 @@ int QtPlatform::alert(const Alert &alert)
 {
     QMessageBox box(m_window);
     switch (alert.style) {
-    case AlertStyle::Informational: box.setIcon(QMessageBox::Information); break;
-    case AlertStyle::Warning: box.setIcon(QMessageBox::Warning); break;
-    case AlertStyle::Critical: box.setIcon(QMessageBox::Critical); break;
+    case AlertStyle::Informational:
+        box.setIcon(QMessageBox::Information);
+        break;
+    case AlertStyle::Warning:
+        box.setIcon(QMessageBox::Warning);
+        break;
+    case AlertStyle::Critical:
+        box.setIcon(QMessageBox::Critical);
+        break;
     }
     box.setWindowTitle(QCoreApplication::applicationName());
     box.setText(alert.title);
@@ -48,9 +54,9 @@ int QtPlatform::alert(const Alert &alert)
     QList<QAbstractButton *> made;
     for (qsizetype i = 0; i < buttons.size(); ++i) {
         // The first button is the default, the second the one Escape presses.
-        const auto role = i == 0 ? QMessageBox::AcceptRole
-                        : i == 1 ? QMessageBox::RejectRole
-                                 : QMessageBox::DestructiveRole;
+        const auto role = i == 0   ? QMessageBox::AcceptRole
+                          : i == 1 ? QMessageBox::RejectRole
+                                   : QMessageBox::DestructiveRole;
         QPushButton *button = box.addButton(buttons.at(i), role);
         made << button;
         if (i == 0)
@@ -81,8 +87,7 @@ QString QtPlatform::savePanel(const Panel &panel)
         return {};
     QString path = dialog.selectedFiles().constFirst();
     // The file type is required: add it when the user typed another one.
-    if (!panel.fileTypes.isEmpty()
-        && !panel.fileTypes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive))
+    if (!panel.fileTypes.isEmpty() && !panel.fileTypes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive))
         path += QLatin1Char('.') + panel.fileTypes.first();
     return path;
 }

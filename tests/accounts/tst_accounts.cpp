@@ -21,17 +21,19 @@ CalendarDate at(int day, int month, int year, int hour = 0, int minute = 0, int 
 // An action's stored values in field order.
 QStringList texts(const Action &a)
 {
-    return {a.getDetails(),     a.getEndDate(),   a.getEndTime(),
-            a.getRate(),        a.getStartDate(), a.getStartTime(),
-            a.getTotalCharge(), a.getTotalTime(), a.getTotalTimeUnits(),
-            QString::number(a.getOrder()), a.getTitle(), a.isComplete() ? u"complete"_s : u"open"_s};
+    return {a.getDetails(),        a.getEndDate(),
+            a.getEndTime(),        a.getRate(),
+            a.getStartDate(),      a.getStartTime(),
+            a.getTotalCharge(),    a.getTotalTime(),
+            a.getTotalTimeUnits(), QString::number(a.getOrder()),
+            a.getTitle(),          a.isComplete() ? u"complete"_s : u"open"_s};
 }
 
 // A bill's stored values in field order.
 QStringList texts(const Bill &b)
 {
-    return {b.getNumber(), b.getName(), b.getDatePaid(), b.getNet(),
-            b.getVat(),    b.getAmount(), b.getDetails(), b.getCategory()};
+    return {b.getNumber(), b.getName(),   b.getDatePaid(), b.getNet(),
+            b.getVat(),    b.getAmount(), b.getDetails(),  b.getCategory()};
 }
 
 } // namespace
@@ -54,13 +56,13 @@ private Q_SLOTS:
 void tst_Accounts::actionReadByName()
 {
     Action a;
-    QCOMPARE(texts(a), (QStringList{u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u"Hours"_s, u"0"_s,
-                                    u""_s, u"open"_s}));
+    QCOMPARE(texts(a), (QStringList{u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u"Hours"_s, u"0"_s, u""_s,
+                                    u"open"_s}));
     QVERIFY(!a.isAlarm() && !a.isAlarmAcknowledged());
 
-    const QStringList names{u"details"_s, u"enddate"_s, u"endtime"_s, u"rate"_s, u"startdate"_s, u"starttime"_s,
-                            u"totalcharge"_s, u"totaltime"_s, u"totaltimeunits"_s, u"order"_s, u"title"_s,
-                            u"complete"_s};
+    const QStringList names{u"details"_s,        u"enddate"_s,   u"endtime"_s,     u"rate"_s,
+                            u"startdate"_s,      u"starttime"_s, u"totalcharge"_s, u"totaltime"_s,
+                            u"totaltimeunits"_s, u"order"_s,     u"title"_s,       u"complete"_s};
     for (const QString &name : names)
         QVERIFY(a.setFieldByName(name, name == u"complete"_s ? u"Yes"_s : name == u"order"_s ? u"4"_s : name));
     QStringList read;
@@ -68,8 +70,7 @@ void tst_Accounts::actionReadByName()
         read << a.getFieldByName(name);
     // "rate" and "order" are stored but read as "" on purpose, so their columns stay empty.
     QCOMPARE(read, (QStringList{u"details"_s, u"enddate"_s, u"endtime"_s, u""_s, u"startdate"_s, u"starttime"_s,
-                                u"totalcharge"_s, u"totaltime"_s, u"totaltimeunits"_s, u""_s, u"title"_s,
-                                u"Yes"_s}));
+                                u"totalcharge"_s, u"totaltime"_s, u"totaltimeunits"_s, u""_s, u"title"_s, u"Yes"_s}));
     QCOMPARE(a.getRate(), u"rate"_s);
     QCOMPARE(a.getOrder(), 4);
     for (const QString &name : {u"EndDate"_s, u"alarm"_s, u"id"_s})
@@ -169,7 +170,7 @@ void tst_Accounts::actionDueMoment()
 void tst_Accounts::billByName_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("field");   // index into texts(): what the name reads, -1 for ""
+    QTest::addColumn<int>("field"); // index into texts(): what the name reads, -1 for ""
     QTest::addColumn<bool>("writable");
 
     QTest::addRow("number") << u"number"_s << 0 << true;
@@ -193,8 +194,8 @@ void tst_Accounts::billByName()
     QFETCH(int, field);
     QFETCH(bool, writable);
 
-    const QStringList values{u"INV-7"_s, u"Paper Co"_s, u"01/02/09"_s, u"100"_s, u"17.5"_s, u"117.50"_s,
-                             u"reams"_s, u"Stationery"_s};
+    const QStringList values{u"INV-7"_s, u"Paper Co"_s, u"01/02/09"_s, u"100"_s,
+                             u"17.5"_s,  u"117.50"_s,   u"reams"_s,    u"Stationery"_s};
     Bill bill;
     bill.setNumber(values[0]);
     bill.setName(values[1]);

@@ -136,10 +136,12 @@ void TestCli::saveWritesEverythingAndReleasesTheLock()
     QVERIFY(orders.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist"));
     QVERIFY(orders.contains("<string>Oak &amp; brass, \"quoted\" 5 &gt; 4</string>"));
     const Run check = cli({QStringLiteral("check"), QStringLiteral("--db"), bundle()});
-    QCOMPARE(check.out, QStringLiteral("contacts 2\norders 2\nitems 1\nmaterials 3\nbills 1\nactions 1\nread-only no\n"));
+    QCOMPARE(check.out,
+             QStringLiteral("contacts 2\norders 2\nitems 1\nmaterials 3\nbills 1\nactions 1\nread-only no\n"));
 
     // A first save on a new place creates the bundle.
-    const Run fresh = cli({QStringLiteral("save"), QStringLiteral("--db"), m_home->filePath(QStringLiteral("new.lwkdb"))});
+    const Run fresh =
+        cli({QStringLiteral("save"), QStringLiteral("--db"), m_home->filePath(QStringLiteral("new.lwkdb"))});
     QCOMPARE(fresh.status, 0);
     QVERIFY(QFile::exists(m_home->filePath(QStringLiteral("new.lwkdb/contacts.xml"))));
 }
@@ -149,7 +151,8 @@ void TestCli::saveLeavesALockedBundleAlone()
     QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
     QFile lock(bundle() + QStringLiteral("/lock.xml"));
     QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.write("<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
+    lock.write(
+        "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
     lock.close();
     const QByteArray before = fileBytes(bundle() + QStringLiteral("/orders.xml"));
     const Run run = cli({QStringLiteral("save"), QStringLiteral("--db"), bundle()});

@@ -8,9 +8,9 @@ namespace {
 
 // Every name a contact answers by name.
 const QStringList kReadNames = {
-    u"add1"_s,  u"add2"_s,      u"add3"_s, u"address"_s, u"comments"_s, u"companyname"_s, u"company"_s,
-    u"email"_s, u"extension"_s, u"fax"_s,  u"jobTitle"_s, u"kind"_s,    u"mobile"_s,      u"name"_s,
-    u"phone"_s, u"postcode"_s,  u"surname"_s, u"title"_s, u"type"_s,    u"website"_s,
+    u"add1"_s,  u"add2"_s,      u"add3"_s,    u"address"_s,  u"comments"_s, u"companyname"_s, u"company"_s,
+    u"email"_s, u"extension"_s, u"fax"_s,     u"jobTitle"_s, u"kind"_s,     u"mobile"_s,      u"name"_s,
+    u"phone"_s, u"postcode"_s,  u"surname"_s, u"title"_s,    u"type"_s,     u"website"_s,
 };
 
 QStringList snapshot(const Contact &contact)
@@ -42,9 +42,9 @@ private Q_SLOTS:
 void tst_Contact::newContact()
 {
     const Contact contact;
-    QCOMPARE(snapshot(contact), (QStringList{u""_s, u""_s, u""_s, u"   "_s, u""_s, u""_s, u"0"_s, u""_s, u""_s, u""_s,
-                                             u""_s, u"Individual"_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s,
-                                             u"Customer"_s, u""_s}));
+    QCOMPARE(snapshot(contact),
+             (QStringList{u""_s, u""_s,           u""_s, u"   "_s, u""_s, u""_s, u"0"_s, u""_s, u""_s,         u""_s,
+                          u""_s, u"Individual"_s, u""_s, u""_s,    u""_s, u""_s, u""_s,  u""_s, u"Customer"_s, u""_s}));
     // Exact names only; the id is written by name but never read.
     for (const QString &name : {u"jobtitle"_s, u"companyName"_s, u"id"_s})
         QCOMPARE(contact.getFieldByName(name), u""_s);
@@ -56,8 +56,8 @@ void tst_Contact::writeByName_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QStringList>("changed"); // in read order
 
-    for (const char *name : {"comments", "email", "extension", "fax", "jobTitle", "kind", "mobile", "phone", "title",
-                             "type", "website"})
+    for (const char *name :
+         {"comments", "email", "extension", "fax", "jobTitle", "kind", "mobile", "phone", "title", "type", "website"})
         QTest::addRow("%s", name) << QString::fromLatin1(name) << u"Zed Q"_s << QStringList{QString::fromLatin1(name)};
     QTest::addRow("add1") << u"add1"_s << u"Zed Q"_s << QStringList{u"add1"_s, u"address"_s};
     QTest::addRow("add2") << u"add2"_s << u"Zed Q"_s << QStringList{u"add2"_s, u"address"_s};
@@ -130,10 +130,10 @@ void tst_Contact::addresses_data()
 
     QTest::addRow("all lines") << QStringList{u"1 High St"_s, u"Upton"_s, u"Bath"_s, u"AB1 2CD"_s}
                                << u"1 High St Upton Bath AB1 2CD"_s << u"1 High St ... AB1 2CD"_s;
-    QTest::addRow("no first line") << QStringList{u""_s, u"Upton"_s, u""_s, u"AB1 2CD"_s}
-                                   << u" Upton  AB1 2CD"_s << u"AB1 2CD"_s;
-    QTest::addRow("first line only") << QStringList{u"1 High St"_s, u""_s, u""_s, u""_s}
-                                     << u"1 High St   "_s << u"1 High St ... "_s;
+    QTest::addRow("no first line") << QStringList{u""_s, u"Upton"_s, u""_s, u"AB1 2CD"_s} << u" Upton  AB1 2CD"_s
+                                   << u"AB1 2CD"_s;
+    QTest::addRow("first line only") << QStringList{u"1 High St"_s, u""_s, u""_s, u""_s} << u"1 High St   "_s
+                                     << u"1 High St ... "_s;
 }
 
 void tst_Contact::addresses()
@@ -156,8 +156,8 @@ void tst_Contact::contains_data()
     QTest::addColumn<QString>("field");
     QTest::addColumn<bool>("found");
 
-    for (const char *name : {"add1", "add2", "add3", "postcode", "comments", "email", "extension", "fax",
-                             "jobTitle", "kind", "mobile", "name", "phone", "title", "type", "website"})
+    for (const char *name : {"add1", "add2", "add3", "postcode", "comments", "email", "extension", "fax", "jobTitle",
+                             "kind", "mobile", "name", "phone", "title", "type", "website"})
         QTest::addRow("%s", name) << QString::fromLatin1(name) << true;
     QTest::addRow("not the company name") << u"companyname"_s << false;
 }

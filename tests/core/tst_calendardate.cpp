@@ -22,28 +22,47 @@ void TestCalendarDate::parses_data()
     QTest::addColumn<QString>("format");
     QTest::addColumn<QDateTime>("expected"); // invalid = no date
     const QDateTime none;
-    QTest::addRow("day first") << "15/01/07" << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
-    QTest::addRow("month first") << "01/15/07" << "%m/%d/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
-    QTest::addRow("single digits") << "1/2/9" << "%d/%m/%y" << QDateTime(QDate(2009, 2, 1), QTime(0, 0));
-    QTest::addRow("pivot 68") << "01/01/68" << "%d/%m/%y" << QDateTime(QDate(2068, 1, 1), QTime(0, 0));
-    QTest::addRow("pivot 69") << "01/01/69" << "%d/%m/%y" << QDateTime(QDate(1969, 1, 1), QTime(0, 0));
-    QTest::addRow("year 00") << "29/02/00" << "%d/%m/%y" << QDateTime(QDate(2000, 2, 29), QTime(0, 0));
-    QTest::addRow("with time") << "31/12/08 23:59" << "%d/%m/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(23, 59));
-    QTest::addRow("us with time") << "12/31/08 07:05" << "%m/%d/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(7, 5));
-    QTest::addRow("lock") << "2007-03-01 14:05:09 +0000" << "%Y-%m-%d %H:%M:%S %z"
-                          << QDateTime(QDate(2007, 3, 1), QTime(14, 5, 9));
-    QTest::addRow("trailing space") << "15/01/07 " << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
-    QTest::addRow("four-digit year, two-digit pattern") << "15/01/2007" << "%d/%m/%y" << none;
-    QTest::addRow("no such day") << "30/02/07" << "%d/%m/%y" << none;
-    QTest::addRow("month 13") << "01/13/07" << "%d/%m/%y" << none;
-    QTest::addRow("hour 24") << "01/01/07 24:00" << "%d/%m/%y %H:%M" << none;
-    QTest::addRow("missing time") << "01/01/07 " << "%d/%m/%y %H:%M" << none;
-    QTest::addRow("words") << "today" << "%d/%m/%y" << none;
-    QTest::addRow("empty") << "" << "%d/%m/%y" << none;
-    QTest::addRow("wrong separator") << "01-02-07" << "%d/%m/%y" << none;
-    QTest::addRow("trailing text") << "01/02/07x" << "%d/%m/%y" << none;
+    QTest::addRow("day first") << "15/01/07"
+                               << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("month first") << "01/15/07"
+                                 << "%m/%d/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("single digits") << "1/2/9"
+                                   << "%d/%m/%y" << QDateTime(QDate(2009, 2, 1), QTime(0, 0));
+    QTest::addRow("pivot 68") << "01/01/68"
+                              << "%d/%m/%y" << QDateTime(QDate(2068, 1, 1), QTime(0, 0));
+    QTest::addRow("pivot 69") << "01/01/69"
+                              << "%d/%m/%y" << QDateTime(QDate(1969, 1, 1), QTime(0, 0));
+    QTest::addRow("year 00") << "29/02/00"
+                             << "%d/%m/%y" << QDateTime(QDate(2000, 2, 29), QTime(0, 0));
+    QTest::addRow("with time") << "31/12/08 23:59"
+                               << "%d/%m/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(23, 59));
+    QTest::addRow("us with time") << "12/31/08 07:05"
+                                  << "%m/%d/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(7, 5));
+    QTest::addRow("lock") << "2007-03-01 14:05:09 +0000"
+                          << "%Y-%m-%d %H:%M:%S %z" << QDateTime(QDate(2007, 3, 1), QTime(14, 5, 9));
+    QTest::addRow("trailing space") << "15/01/07 "
+                                    << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("four-digit year, two-digit pattern") << "15/01/2007"
+                                                        << "%d/%m/%y" << none;
+    QTest::addRow("no such day") << "30/02/07"
+                                 << "%d/%m/%y" << none;
+    QTest::addRow("month 13") << "01/13/07"
+                              << "%d/%m/%y" << none;
+    QTest::addRow("hour 24") << "01/01/07 24:00"
+                             << "%d/%m/%y %H:%M" << none;
+    QTest::addRow("missing time") << "01/01/07 "
+                                  << "%d/%m/%y %H:%M" << none;
+    QTest::addRow("words") << "today"
+                           << "%d/%m/%y" << none;
+    QTest::addRow("empty") << ""
+                           << "%d/%m/%y" << none;
+    QTest::addRow("wrong separator") << "01-02-07"
+                                     << "%d/%m/%y" << none;
+    QTest::addRow("trailing text") << "01/02/07x"
+                                   << "%d/%m/%y" << none;
     QTest::addRow("arabic digits") << QString::fromUtf8("\u0661/02/07") << "%d/%m/%y" << none;
-    QTest::addRow("bad offset") << "2007-03-01 14:05:09 +00" << "%Y-%m-%d %H:%M:%S %z" << none;
+    QTest::addRow("bad offset") << "2007-03-01 14:05:09 +00"
+                                << "%Y-%m-%d %H:%M:%S %z" << none;
 }
 
 void TestCalendarDate::parses()
@@ -63,13 +82,20 @@ void TestCalendarDate::formats_data()
 {
     QTest::addColumn<QString>("format");
     QTest::addColumn<QString>("expected");
-    QTest::addRow("day first") << "%d/%m/%y" << "05/03/09";
-    QTest::addRow("month first") << "%m/%d/%y" << "03/05/09";
-    QTest::addRow("with time") << "%d/%m/%y %H:%M" << "05/03/09 07:08";
-    QTest::addRow("widths") << "%2m/%2d/%2Y" << "03/05/2009";
-    QTest::addRow("unpadded") << "%1d/%1m" << "5/3";
-    QTest::addRow("lock") << "%Y-%m-%d %H:%M:%S %z" << "2009-03-05 07:08:09 -0130";
-    QTest::addRow("percent and unknown") << "100%% %q" << "100% %q";
+    QTest::addRow("day first") << "%d/%m/%y"
+                               << "05/03/09";
+    QTest::addRow("month first") << "%m/%d/%y"
+                                 << "03/05/09";
+    QTest::addRow("with time") << "%d/%m/%y %H:%M"
+                               << "05/03/09 07:08";
+    QTest::addRow("widths") << "%2m/%2d/%2Y"
+                            << "03/05/2009";
+    QTest::addRow("unpadded") << "%1d/%1m"
+                              << "5/3";
+    QTest::addRow("lock") << "%Y-%m-%d %H:%M:%S %z"
+                          << "2009-03-05 07:08:09 -0130";
+    QTest::addRow("percent and unknown") << "100%% %q"
+                                         << "100% %q";
 }
 
 void TestCalendarDate::formats()

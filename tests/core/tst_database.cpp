@@ -13,8 +13,8 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSignalSpy>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -178,7 +178,8 @@ void TestDatabase::savesWriteOnlyTheFileAsked()
     ledgerwick.readDatabase();
     QVERIFY(ledgerwick.writeDatabase(ledgerwick.getItemManager()));
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/items.xml")));
-    QCOMPARE(QDir(bundle()).entryList(QDir::Files), QStringList({QStringLiteral("items.xml"), QStringLiteral("lock.xml")}));
+    QCOMPARE(QDir(bundle()).entryList(QDir::Files),
+             QStringList({QStringLiteral("items.xml"), QStringLiteral("lock.xml")}));
 
     // A save asked by anything that is not a manager writes nothing.
     QObject checkout;
@@ -332,7 +333,9 @@ void TestDatabase::damagedFilesAreKeptAside()
     QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
     const QStringList aside = QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files);
     QCOMPARE(aside.size(), 1);
-    QVERIFY(QRegularExpression(QStringLiteral("^contacts\\.xml\\.unreadable-\\d{8}-\\d{6}$")).match(aside.at(0)).hasMatch());
+    QVERIFY(QRegularExpression(QStringLiteral("^contacts\\.xml\\.unreadable-\\d{8}-\\d{6}$"))
+                .match(aside.at(0))
+                .hasMatch());
     QCOMPARE(fileBytes(bundle() + QLatin1Char('/') + aside.at(0)), damaged);
     QVERIFY(log.lines().contains(QStringLiteral("contacts.xml could not be read at start; kept as ") + aside.at(0)));
     QVERIFY(fileBytes(bundle() + QStringLiteral("/contacts.xml")).contains("<key>contacts</key>"));

@@ -1,18 +1,18 @@
 #include "contacts/Contact.h"
 #include "core/Ledgerwick.h"
-#include "core/RecordTable.h"
 #include "core/lwDataSource.h"
 #include "core/lwDateFormatter.h"
-#include "support/LogCapture.h"
+#include "core/RecordTable.h"
 #include "orders/Order.h"
 #include "products/Item.h"
+#include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 
 #include <QAbstractItemModelTester>
-#include <QItemSelectionModel>
-#include <QSignalSpy>
 #include <QFile>
+#include <QItemSelectionModel>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 

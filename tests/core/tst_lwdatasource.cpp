@@ -57,7 +57,8 @@ void referenceSort(std::vector<std::shared_ptr<TestRecord>> &records, const QStr
             } else if (options == 2) {
                 for (TestRecord *r : {a, b}) {
                     if (!r->getNSDate().isValid()) {
-                        const CalendarDate d = CalendarDate::fromString(r->getFieldByName(key), QStringLiteral("%d/%m/%y"));
+                        const CalendarDate d =
+                            CalendarDate::fromString(r->getFieldByName(key), QStringLiteral("%d/%m/%y"));
                         if (d.isValid())
                             r->setNSDate(d);
                     }
@@ -274,7 +275,8 @@ void TestLwDataSource::sortsText_data()
     QTest::addRow("flag NO ends ascending") << QStringList{"b", "A", "c"} << false << 0 << QStringList{"A", "b", "c"};
     QTest::addRow("numbers compare as text") << QStringList{"9", "10"} << false << 0 << QStringList{"10", "9"};
     QTest::addRow("options 1 like 0") << QStringList{"b", "a"} << false << 1 << QStringList{"a", "b"};
-    QTest::addRow("other options change nothing") << QStringList{"b", "a", "c"} << false << 3 << QStringList{"b", "a", "c"};
+    QTest::addRow("other options change nothing")
+        << QStringList{"b", "a", "c"} << false << 3 << QStringList{"b", "a", "c"};
     QTest::addRow("negative options change nothing") << QStringList{"b", "a"} << false << -1 << QStringList{"b", "a"};
 }
 
@@ -350,8 +352,8 @@ void TestLwDataSource::sortEqualsExchangeSortOnRandomCollections()
     // Keys from a small alphabet so that equal and case-different keys are
     // common; dates include undated texts and records already cached.
     const QStringList words{"", "a", "A", "b", "B", "ab", "aB", "10", "9", "é", "É", "z"};
-    const QStringList dates{"01/02/07", "15/01/07", "01/02/07", "31/12/99", "29/02/08", "x", "", "1/1/1",
-                            "30/02/07", "12/12/12"};
+    const QStringList dates{"01/02/07", "15/01/07", "01/02/07", "31/12/99", "29/02/08",
+                            "x",        "",         "1/1/1",    "30/02/07", "12/12/12"};
     QRandomGenerator random(20261121);
     const int cases = 10000;
     for (int run = 0; run < cases; ++run) {
@@ -403,7 +405,8 @@ void TestLwDataSource::modelAnnouncesChanges()
 {
     FieldTable table;
     QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    table.setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 120}, {QStringLiteral("qty"), QStringLiteral("Qty"), 40}});
+    table.setColumns(
+        {{QStringLiteral("name"), QStringLiteral("Name"), 120}, {QStringLiteral("qty"), QStringLiteral("Qty"), 40}});
     QCOMPARE(table.columnCount(), 2);
     QCOMPARE(table.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Qty"));
     QCOMPARE(table.columnForIdentifier(QStringLiteral("qty")), 1);
@@ -443,7 +446,8 @@ void TestLwDataSource::headerClickSortsAndSelectionFollows()
 {
     FieldTable table;
     QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    table.setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 100}, {QStringLiteral("date"), QStringLiteral("Date"), 80}});
+    table.setColumns(
+        {{QStringLiteral("name"), QStringLiteral("Name"), 100}, {QStringLiteral("date"), QStringLiteral("Date"), 80}});
     const QStringList names{"b", "c", "a"};
     const QStringList dates{"01/02/07", "15/01/07", "02/03/07"};
     for (int i = 0; i < 3; ++i) {

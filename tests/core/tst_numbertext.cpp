@@ -71,11 +71,11 @@ void TestNumberText::readsLeadingIntegers()
 
 void TestNumberText::formatsLikePrintf()
 {
-    const char *floatFormats[] = {"%.2f", "%1.2f", "%f", "%.0f", "%8.3f", "%-8.1f|", "%+.2f", "%08.2f", "%e",
-                                  "%.3E", "%g", "%.10g", "Total: %.2f GBP"};
+    const char *floatFormats[] = {"%.2f",   "%1.2f", "%f",   "%.0f", "%8.3f", "%-8.1f|",        "%+.2f",
+                                  "%08.2f", "%e",    "%.3E", "%g",   "%.10g", "Total: %.2f GBP"};
     QRandomGenerator random(42);
-    QList<float> values{0.0f, -0.0f, 0.005f, 0.015f, 0.125f, 1.005f, 2.675f, 120.0f, 1e-7f, 123456789.0f,
-                        -3.14159f, 1e30f, 16777217.0f};
+    QList<float> values{0.0f,   -0.0f, 0.005f,       0.015f,    0.125f, 1.005f,     2.675f,
+                        120.0f, 1e-7f, 123456789.0f, -3.14159f, 1e30f,  16777217.0f};
     for (int i = 0; i < 400; ++i) {
         const double magnitude = std::pow(10.0, random.bounded(12) - 4);
         values << float((random.generateDouble() - 0.3) * magnitude);

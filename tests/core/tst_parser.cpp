@@ -115,8 +115,9 @@ void tst_Parser::items_data()
     QTest::addColumn<QStringList>("expected");
 
     QTest::addRow("empty") << QByteArray() << QStringList();
-    QTest::addRow("three leaves in two records") << QByteArray("<a><b><c><x>1</x><y>2</y></c><c><x>3</x></c></b></a>")
-                                  << QStringList{u"x=1 [c, b] new"_s, u"y=2 [c, b]"_s, u"x=3 [c, b] new"_s};
+    QTest::addRow("three leaves in two records")
+        << QByteArray("<a><b><c><x>1</x><y>2</y></c><c><x>3</x></c></b></a>")
+        << QStringList{u"x=1 [c, b] new"_s, u"y=2 [c, b]"_s, u"x=3 [c, b] new"_s};
     // The declaration is an opening tag that never closes: everything is one level down.
     QTest::addRow("declaration shifts depth") << QByteArray("<?xml version=\"1.0\"?>"
                                                             "<a><b><c><x>1</x><y>2</y></c><c><x>3</x></c></b></a>")

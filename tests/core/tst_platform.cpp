@@ -19,7 +19,10 @@ void TestPlatform::scriptedPlatformRecordsAndAnswers()
     ScriptedPlatform platform;
     platform.alertAnswers.enqueue(1);
     Platform &base = platform;
-    QCOMPARE(base.alert({QStringLiteral("Delete?"), QStringLiteral("Really?"), {QStringLiteral("Delete"), QStringLiteral("Cancel")}}), 1);
+    QCOMPARE(base.alert({QStringLiteral("Delete?"),
+                         QStringLiteral("Really?"),
+                         {QStringLiteral("Delete"), QStringLiteral("Cancel")}}),
+             1);
     QCOMPARE(base.alert({QStringLiteral("Again?"), QString(), {QStringLiteral("Yes"), QStringLiteral("No")}}), 0);
     base.inform(QStringLiteral("Done"), QStringLiteral("All saved"));
     QCOMPARE(platform.alerts.size(), 3);
@@ -42,7 +45,10 @@ void TestPlatform::scriptedPlatformRecordsAndAnswers()
 void TestPlatform::cliPlatformTakesTheDefaults()
 {
     CliPlatform platform;
-    QCOMPARE(platform.alert({QStringLiteral("Question"), QStringLiteral("Proceed?"), {QStringLiteral("Yes"), QStringLiteral("No")}}), 0);
+    QCOMPARE(
+        platform.alert(
+            {QStringLiteral("Question"), QStringLiteral("Proceed?"), {QStringLiteral("Yes"), QStringLiteral("No")}}),
+        0);
     QCOMPARE(platform.savePanel({}), QString());
     QCOMPARE(platform.openPanel({}), QString());
     QVERIFY(!platform.openUrl(QUrl(QStringLiteral("https://example.org"))));

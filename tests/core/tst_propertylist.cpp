@@ -83,7 +83,8 @@ void TestPropertyList::writesThePlatformsForm()
 
     // A lone surrogate cannot be stored; it becomes the replacement character.
     QByteArray escaped;
-    PropertyListWriter::appendEscaped(escaped, QStringLiteral("abcdefgh") + QChar(0xD800) + QStringLiteral("ijklmnop<"));
+    PropertyListWriter::appendEscaped(escaped,
+                                      QStringLiteral("abcdefgh") + QChar(0xD800) + QStringLiteral("ijklmnop<"));
     QCOMPARE(escaped, QByteArray("abcdefgh\xEF\xBF\xBDijklmnop&lt;"));
 
     PropertyListWriter empty("bills");
@@ -92,20 +93,26 @@ void TestPropertyList::writesThePlatformsForm()
     QCOMPARE(read(empty.data(), records, "bills"), PropertyListReader::Status::Ok);
     QVERIFY(records.isEmpty());
 
-    QCOMPARE(PropertyListWriter::dictionary({{QStringLiteral("datetime"), QStringLiteral("2007-03-01 14:05:09 +0000")}}),
-             QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-                        "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-                        "<plist version=\"1.0\">\n<dict>\n"
-                        "\t<key>datetime</key>\n\t<string>2007-03-01 14:05:09 +0000</string>\n"
-                        "</dict>\n</plist>\n"));
+    QCOMPARE(
+        PropertyListWriter::dictionary({{QStringLiteral("datetime"), QStringLiteral("2007-03-01 14:05:09 +0000")}}),
+        QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                   "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                   "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                   "<plist version=\"1.0\">\n<dict>\n"
+                   "\t<key>datetime</key>\n\t<string>2007-03-01 14:05:09 +0000</string>\n"
+                   "</dict>\n</plist>\n"));
 }
 
 void TestPropertyList::roundTripsAnyText()
 {
-    const QStringList fixed{QStringLiteral(""), QStringLiteral("&amp; literally"), QStringLiteral("a\r\nb\rc\nd"),
-                            QStringLiteral("\ttabbed\t"), QStringLiteral("  spaced  "), QStringLiteral("]]> <![CDATA["),
-                            QString::fromUtf8("Zoë Ångström – 東京 😀"), QStringLiteral("<string>x</string>"),
+    const QStringList fixed{QStringLiteral(""),
+                            QStringLiteral("&amp; literally"),
+                            QStringLiteral("a\r\nb\rc\nd"),
+                            QStringLiteral("\ttabbed\t"),
+                            QStringLiteral("  spaced  "),
+                            QStringLiteral("]]> <![CDATA["),
+                            QString::fromUtf8("Zoë Ångström – 東京 😀"),
+                            QStringLiteral("<string>x</string>"),
                             QStringLiteral("'\"quotes\"'")};
     const QString alphabet = QString::fromUtf8("aZ09 &<>\"'\t\r\n;#éß€中😀");
     QStringList values = fixed;
@@ -148,35 +155,41 @@ void TestPropertyList::readsWhatOtherWritersProduce_data()
         << wrap("\n  <dict><key>contacts</key>\n<array>\n  <dict>\n    <key>name</key> <string>Ann</string>\n"
                 "    <key>id</key><string>4</string></dict></array></dict>\n")
         << "name=Ann;id=4";
-    QTest::addRow("empty string element")
-        << wrap("<dict><key>contacts</key><array><dict><key>title</key><string/><key>x</key><string></string></dict></array></dict>")
-        << "title=;x=";
+    QTest::addRow("empty string element") << wrap("<dict><key>contacts</key><array><dict><key>title</key><string/"
+                                                  "><key>x</key><string></string></dict></array></dict>")
+                                          << "title=;x=";
     QTest::addRow("entities and character references")
-        << wrap("<dict><key>contacts</key><array><dict><key>name</key><string>A&amp;B &lt;&gt; &quot;&apos; &#233;&#x1F600;</string></dict></array></dict>")
+        << wrap("<dict><key>contacts</key><array><dict><key>name</key><string>A&amp;B &lt;&gt; &quot;&apos; "
+                "&#233;&#x1F600;</string></dict></array></dict>")
         << QString::fromUtf8("name=A&B <> \"' é😀");
     QTest::addRow("cdata and comments")
         << wrap("<!-- top --><dict><!-- a --><key>contacts</key><array><dict><key>name</key>"
                 "<string>x<![CDATA[<&>]]>y<!-- gone -->z</string></dict><!-- b --></array></dict>")
         << "name=x<&>yz";
     QTest::addRow("other value types")
-        << wrap("<dict><key>contacts</key><array><dict><key>id</key><integer>12</integer><key>rate</key><real>1.5</real>"
-                "<key>sent</key><true/><key>gone</key><false/><key>when</key><date>2007-03-01T14:05:09Z</date>"
-                "<key>list</key><array><string>skip</string></array><key>blob</key><data>AAE=</data></dict></array></dict>")
+        << wrap(
+               "<dict><key>contacts</key><array><dict><key>id</key><integer>12</integer><key>rate</key><real>1.5</real>"
+               "<key>sent</key><true/><key>gone</key><false/><key>when</key><date>2007-03-01T14:05:09Z</date>"
+               "<key>list</key><array><string>skip</string></array><key>blob</key><data>AAE=</data></dict></array></"
+               "dict>")
         << "id=12;rate=1.5;sent=YES;gone=NO;when=2007-03-01T14:05:09Z;blob=AAE=";
     QTest::addRow("byte order mark and doctype")
-        << QByteArray("\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-                      "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\"><dict><key>contacts</key>"
-                      "<array><dict><key>id</key><string>1</string></dict><dict/></array></dict></plist>")
+        << QByteArray(
+               "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+               "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\"><dict><key>contacts</key>"
+               "<array><dict><key>id</key><string>1</string></dict><dict/></array></dict></plist>")
         << "id=1|";
     QTest::addRow("other keys beside the collection")
         << wrap("<dict><key>version</key><string>2</string><key>meta</key><dict><key>a</key><string>b</string></dict>"
                 "<key>contacts</key><array><dict><key>id</key><string>3</string></dict></array></dict>")
         << "id=3";
     QTest::addRow("empty collection") << wrap("<dict><key>contacts</key><array/></dict>") << "";
-    QTest::addRow("no plist element") << QByteArray("<dict><key>contacts</key><array><dict><key>id</key><string>5</string></dict></array></dict>")
-                                      << "id=5";
+    QTest::addRow("no plist element")
+        << QByteArray("<dict><key>contacts</key><array><dict><key>id</key><string>5</string></dict></array></dict>")
+        << "id=5";
     QTest::addRow("array elements that are not records")
-        << wrap("<dict><key>contacts</key><array><string>x</string><dict><key>id</key><string>6</string></dict></array></dict>")
+        << wrap("<dict><key>contacts</key><array><string>x</string><dict><key>id</key><string>6</string></dict></"
+                "array></dict>")
         << "id=6";
 }
 
@@ -212,13 +225,19 @@ void TestPropertyList::refusesDamagedFiles_data()
     QTest::addRow("root is an array") << wrap("<array><dict/></array>");
     QTest::addRow("collection key missing") << wrap("<dict><key>orders</key><array/></dict>");
     QTest::addRow("collection is not an array") << wrap("<dict><key>contacts</key><string>x</string></dict>");
-    QTest::addRow("truncated") << QByteArray("<plist><dict><key>contacts</key><array><dict><key>id</key><string>1</str");
+    QTest::addRow("truncated") << QByteArray(
+        "<plist><dict><key>contacts</key><array><dict><key>id</key><string>1</str");
     QTest::addRow("no closing plist") << QByteArray("<plist><dict><key>contacts</key><array/></dict>");
-    QTest::addRow("mismatched tags") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>1</key></dict></array></dict>");
-    QTest::addRow("unknown entity") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>&nbsp;</string></dict></array></dict>");
-    QTest::addRow("zero reference") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>&#0;</string></dict></array></dict>");
-    QTest::addRow("key without value") << wrap("<dict><key>contacts</key><array><dict><key>id</key></dict></array></dict>");
-    QTest::addRow("element in a value") << wrap("<dict><key>contacts</key><array><dict><key>id</key><string>a<b/></string></dict></array></dict>");
+    QTest::addRow("mismatched tags") << wrap(
+        "<dict><key>contacts</key><array><dict><key>id</key><string>1</key></dict></array></dict>");
+    QTest::addRow("unknown entity") << wrap(
+        "<dict><key>contacts</key><array><dict><key>id</key><string>&nbsp;</string></dict></array></dict>");
+    QTest::addRow("zero reference") << wrap(
+        "<dict><key>contacts</key><array><dict><key>id</key><string>&#0;</string></dict></array></dict>");
+    QTest::addRow("key without value") << wrap(
+        "<dict><key>contacts</key><array><dict><key>id</key></dict></array></dict>");
+    QTest::addRow("element in a value") << wrap(
+        "<dict><key>contacts</key><array><dict><key>id</key><string>a<b/></string></dict></array></dict>");
     QTest::addRow("unterminated comment") << QByteArray("<!-- forever <plist>");
     QTest::addRow("garbage after") << wrap("<dict><key>contacts</key><array/></dict>") + "junk";
 }
@@ -270,12 +289,15 @@ void TestPropertyList::readsFilesAndTheLockDictionary()
     QVERIFY(!error.isEmpty());
 
     std::vector<std::pair<QString, QString>> lock;
-    QCOMPARE(PropertyListReader::readDictionary(
-                 PropertyListWriter::dictionary({{QStringLiteral("datetime"), QStringLiteral("2007-03-01 14:05:09 +0000")}}), lock),
-             PropertyListReader::Status::Ok);
+    QCOMPARE(
+        PropertyListReader::readDictionary(
+            PropertyListWriter::dictionary({{QStringLiteral("datetime"), QStringLiteral("2007-03-01 14:05:09 +0000")}}),
+            lock),
+        PropertyListReader::Status::Ok);
     QCOMPARE(lock.size(), size_t(1));
     QCOMPARE(lock.at(0).second, QStringLiteral("2007-03-01 14:05:09 +0000"));
-    QCOMPARE(PropertyListReader::readDictionary("<plist><array/></plist>", lock), PropertyListReader::Status::Unreadable);
+    QCOMPARE(PropertyListReader::readDictionary("<plist><array/></plist>", lock),
+             PropertyListReader::Status::Unreadable);
 }
 
 QTEST_GUILESS_MAIN(TestPropertyList)

@@ -25,8 +25,8 @@ char *toString(const CalendarDate &date)
 namespace OrderMoney {
 char *toString(const Figures &f)
 {
-    return qstrdup(qPrintable(u"value=%1 shipping=%2 tax=%3 net=%4 balance=%5"_s.arg(f.value, f.shipping, f.tax,
-                                                                                       f.net, f.balance)));
+    return qstrdup(qPrintable(
+        u"value=%1 shipping=%2 tax=%3 net=%4 balance=%5"_s.arg(f.value, f.shipping, f.tax, f.net, f.balance)));
 }
 } // namespace OrderMoney
 
@@ -40,8 +40,15 @@ CalendarDate at(int day, int month, int year, int hour = 0, int minute = 0)
 // A material line as one text: item|qty|cost|unit|total|code|taxcode|order|product|contact.
 QString describe(const Material &m)
 {
-    return QStringList{m.getItem(), m.getQty(), m.getCost(), m.getUnit(), m.getTotal(), m.getCode(),
-                       m.getTaxCode(), QString::number(m.getOrder()), QString::number(m.getProduct()),
+    return QStringList{m.getItem(),
+                       m.getQty(),
+                       m.getCost(),
+                       m.getUnit(),
+                       m.getTotal(),
+                       m.getCode(),
+                       m.getTaxCode(),
+                       QString::number(m.getOrder()),
+                       QString::number(m.getProduct()),
                        QString::number(m.getContact())}
         .join(u'|');
 }
@@ -69,8 +76,8 @@ float cFloat(const QString &text)
 QStringList amountTexts()
 {
     QRandomGenerator random(20090101);
-    QStringList texts{u"0"_s,     u"0.005"_s, u"1.005"_s,  u"2.675"_s,    u"0.125"_s, u"-0.125"_s,
-                      u"99.995"_s, u"1e3"_s,  u"16777217"_s, u"0.0000001"_s, u"-7.5"_s};
+    QStringList texts{u"0"_s,      u"0.005"_s, u"1.005"_s,    u"2.675"_s,     u"0.125"_s, u"-0.125"_s,
+                      u"99.995"_s, u"1e3"_s,   u"16777217"_s, u"0.0000001"_s, u"-7.5"_s};
     while (texts.size() < 400) {
         const double value = (random.generateDouble() - 0.2) * std::pow(10.0, random.bounded(-3, 7));
         texts << QString::asprintf("%.*f", random.bounded(0, 5), value);
@@ -140,18 +147,20 @@ void tst_Orders::orderByName()
     QFETCH(QString, writeName);
     QFETCH(QStringList, shownBy);
 
-    const QStringList readNames{u"balance"_s, u"balancePaid"_s, u"balancepaid"_s, u"date"_s, u"deposit"_s,
-                                u"depositPaid"_s, u"depositpaid"_s, u"description"_s, u"title"_s, u"orderNum"_s,
-                                u"ordernum"_s, u"paymentmethod"_s, u"value"_s, u"status"_s, u"shipping"_s,
-                                u"type"_s, u"tax"_s, u"net"_s, u"taxRate"_s, u"valueWithTax"_s, u"includeBOM"_s,
-                                u"sent"_s, u"repeatfrequency"_s, u"lastrepeatdate"_s, u"id"_s};
+    const QStringList readNames{u"balance"_s,    u"balancePaid"_s, u"balancepaid"_s,     u"date"_s,
+                                u"deposit"_s,    u"depositPaid"_s, u"depositpaid"_s,     u"description"_s,
+                                u"title"_s,      u"orderNum"_s,    u"ordernum"_s,        u"paymentmethod"_s,
+                                u"value"_s,      u"status"_s,      u"shipping"_s,        u"type"_s,
+                                u"tax"_s,        u"net"_s,         u"taxRate"_s,         u"valueWithTax"_s,
+                                u"includeBOM"_s, u"sent"_s,        u"repeatfrequency"_s, u"lastrepeatdate"_s,
+                                u"id"_s};
     Order order;
     QStringList defaults;
     for (const QString &name : readNames)
         defaults << order.getFieldByName(name);
-    QCOMPARE(defaults, (QStringList{u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s, u""_s,
-                                    u"web"_s, u""_s, u"Enquiry"_s, u""_s, u"Order"_s, u""_s, u""_s, u""_s, u""_s,
-                                    u"No"_s, u"No"_s, u""_s, u""_s, u""_s}));
+    QCOMPARE(defaults, (QStringList{u""_s, u""_s, u""_s,    u""_s,   u""_s,        u""_s, u""_s,      u""_s, u""_s,
+                                    u""_s, u""_s, u"web"_s, u""_s,   u"Enquiry"_s, u""_s, u"Order"_s, u""_s, u""_s,
+                                    u""_s, u""_s, u"No"_s,  u"No"_s, u""_s,        u""_s, u""_s}));
 
     QVERIFY(order.setFieldByName(writeName, u"V-123"_s));
     QStringList actual;
@@ -212,7 +221,7 @@ void tst_Orders::orderContactLink()
     Order order;
     QCOMPARE(order.getFieldByName(u"contact:email"_s), u""_s);
     order.setContact(contact);
-    order.setContact(nullptr); // ignored: the link is kept
+    order.setContact(nullptr);         // ignored: the link is kept
     QCOMPARE(order.getContactId(), 0); // the stored id is the caller's business
     QCOMPARE(order.getFieldByName(u"contact:email"_s), u"anna@example.com"_s);
     QCOMPARE(order.getFieldByName(u"contact:id"_s), u"9"_s);
@@ -301,12 +310,12 @@ void tst_Orders::repeatNote_data()
 
     const QString next = u"Next due to be repeated on "_s;
     QTest::addRow("no last date") << u""_s << true << u"month"_s << true << u""_s;
-    QTest::addRow("box clear, month first") << u"01/02/09"_s << false << u"month"_s << false
-                                            << u"Last repeated on 02/01/09. "_s;
+    QTest::addRow("box clear, month first")
+        << u"01/02/09"_s << false << u"month"_s << false << u"Last repeated on 02/01/09. "_s;
     QTest::addRow("monthly") << u"31/01/09"_s << true << u"month"_s << true
                              << u"Last repeated on 31/01/09. "_s + next + u"03/03/09 "_s;
-    QTest::addRow("next date stays day first") << u"15/01/09"_s << true << u"month"_s << false
-                                               << u"Last repeated on 01/15/09. "_s + next + u"15/02/09 "_s;
+    QTest::addRow("next date stays day first")
+        << u"15/01/09"_s << true << u"month"_s << false << u"Last repeated on 01/15/09. "_s + next + u"15/02/09 "_s;
     QTest::addRow("yearly shows a week") << u"01/01/09"_s << true << u"year"_s << true
                                          << u"Last repeated on 01/01/09. "_s + next + u"08/01/09 "_s;
     QTest::addRow("unreadable last date") << u"soon"_s << true << u"week"_s << true << u"Last repeated on soon. "_s;

@@ -168,14 +168,22 @@ void TestPrefsController::okStoresEveryKeyAndReadsItBack()
     QVERIFY(m_platform.alerts.isEmpty());
 
     const QList<std::pair<const char *, const char *>> expected = {
-        {"LedgerwickTaxRate", "17.5"},           {"LedgerwickTaxStatement", "VAT no 123"},
-        {"LedgerwickDateFormat", "1"},           {"LedgerwickCurrency", "€"},
-        {"LedgerwickOrderPrefix", "JOB-"},       {"LedgerwickItemPrefix", "SKU"},
-        {"LedgerwickStockWarn", "5"},            {"LedgerwickTermOrder", "Job"},
-        {"LedgerwickTermOrders", "Jobs"},        {"LedgerwickTermItem", "Part"},
-        {"LedgerwickTermItems", "Parts"},        {"LedgerwickTermBOM", "Lines"},
-        {"LedgerwickInvoiceCategories", "Rent\n\nFuel"}, {"LedgerwickStatuses", "New\nDone\n"},
-        {"LedgerwickContactTypes", ""},          {"LedgerwickDbLocation", "/srv/shop/shop.lwkdb"},
+        {"LedgerwickTaxRate", "17.5"},
+        {"LedgerwickTaxStatement", "VAT no 123"},
+        {"LedgerwickDateFormat", "1"},
+        {"LedgerwickCurrency", "€"},
+        {"LedgerwickOrderPrefix", "JOB-"},
+        {"LedgerwickItemPrefix", "SKU"},
+        {"LedgerwickStockWarn", "5"},
+        {"LedgerwickTermOrder", "Job"},
+        {"LedgerwickTermOrders", "Jobs"},
+        {"LedgerwickTermItem", "Part"},
+        {"LedgerwickTermItems", "Parts"},
+        {"LedgerwickTermBOM", "Lines"},
+        {"LedgerwickInvoiceCategories", "Rent\n\nFuel"},
+        {"LedgerwickStatuses", "New\nDone\n"},
+        {"LedgerwickContactTypes", ""},
+        {"LedgerwickDbLocation", "/srv/shop/shop.lwkdb"},
     };
     QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
     QCOMPARE(settings.allKeys().size(), expected.size());
@@ -206,7 +214,7 @@ void TestPrefsController::okStoresEveryKeyAndReadsItBack()
 void TestPrefsController::dateFormatSwitch_data()
 {
     QTest::addColumn<QVariant>("stored"); // invalid: the key is absent
-    QTest::addColumn<int>("shownColumn");   // the matrix before loading
+    QTest::addColumn<int>("shownColumn"); // the matrix before loading
     QTest::addColumn<bool>("ukFormat");
 
     QTest::addRow("1 is month first") << QVariant(QStringLiteral("1")) << 0 << false;
@@ -273,13 +281,13 @@ void TestPrefsController::taxGetters_data()
     QTest::addColumn<QString>("trimmed");
 
     QTest::addRow("plain") << QStringLiteral("20.00") << 20.0f << QStringLiteral("VAT") << QStringLiteral("VAT");
-    QTest::addRow("spaces and line end")
-        << QStringLiteral("17.5") << 17.5f << QStringLiteral("  VAT no 123\n") << QStringLiteral("VAT no 123");
+    QTest::addRow("spaces and line end") << QStringLiteral("17.5") << 17.5f << QStringLiteral("  VAT no 123\n")
+                                         << QStringLiteral("VAT no 123");
     QTest::addRow("percent sign") << QStringLiteral(" 12.5%") << 12.5f << QStringLiteral("\r\nTax\t")
                                   << QStringLiteral("Tax");
     QTest::addRow("not a number") << QStringLiteral("abc") << 0.0f << QString() << QString();
-    QTest::addRow("inner line end kept")
-        << QString() << 0.0f << QStringLiteral("VAT\nreg 9\n\n") << QStringLiteral("VAT\nreg 9");
+    QTest::addRow("inner line end kept") << QString() << 0.0f << QStringLiteral("VAT\nreg 9\n\n")
+                                         << QStringLiteral("VAT\nreg 9");
 }
 
 void TestPrefsController::taxGetters()
@@ -298,7 +306,7 @@ void TestPrefsController::taxGetters()
 void TestPrefsController::listGetters_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("list");        // bill categories and statuses
+    QTest::addColumn<QStringList>("list"); // bill categories and statuses
     QTest::addColumn<QStringList>("contactTypes");
 
     QTest::addRow("empty") << QString() << QStringList{QString()} << QStringList();
@@ -478,16 +486,24 @@ void TestPrefsController::databaseLocation_data()
     QTest::addColumn<QString>("panelTitle");
 
     const QString before = QStringLiteral("~/Library/Application Support/Ledgerwick/ledgerwickdatabase.lwkdb");
-    QTest::addRow("choose existing") << "choose" << "/srv/shop/other.lwkdb" << "/srv/shop/other.lwkdb"
+    QTest::addRow("choose existing") << "choose"
+                                     << "/srv/shop/other.lwkdb"
+                                     << "/srv/shop/other.lwkdb"
                                      << "Choose an existing database";
-    QTest::addRow("choose cancelled") << "choose" << "" << before << "Choose an existing database";
-    QTest::addRow("choose not a database") << "choose" << "/srv/shop/notes" << before
-                                           << "Choose an existing database";
-    QTest::addRow("create gets the type") << "create" << "/srv/shop/new" << "/srv/shop/new.lwkdb"
+    QTest::addRow("choose cancelled") << "choose"
+                                      << "" << before << "Choose an existing database";
+    QTest::addRow("choose not a database") << "choose"
+                                           << "/srv/shop/notes" << before << "Choose an existing database";
+    QTest::addRow("create gets the type") << "create"
+                                          << "/srv/shop/new"
+                                          << "/srv/shop/new.lwkdb"
                                           << "Create new database";
-    QTest::addRow("create with the type") << "create" << "/srv/shop/new.lwkdb" << "/srv/shop/new.lwkdb"
+    QTest::addRow("create with the type") << "create"
+                                          << "/srv/shop/new.lwkdb"
+                                          << "/srv/shop/new.lwkdb"
                                           << "Create new database";
-    QTest::addRow("create cancelled") << "create" << "" << before << "Create new database";
+    QTest::addRow("create cancelled") << "create"
+                                      << "" << before << "Create new database";
 }
 
 void TestPrefsController::databaseLocation()
@@ -520,7 +536,8 @@ void TestPrefsController::databaseLocation()
     if (changed) {
         const Platform::Alert &alert = m_platform.alerts.at(0);
         QCOMPARE(alert.title, QStringLiteral("Create / switch Ledgerwick database"));
-        QCOMPARE(alert.informativeText, QStringLiteral("You will need to quit and re-start Ledgerwick to see your change."));
+        QCOMPARE(alert.informativeText,
+                 QStringLiteral("You will need to quit and re-start Ledgerwick to see your change."));
         QCOMPARE(alert.buttons, QStringList{QStringLiteral("OK")});
     }
     // Nothing made or switched until OK and the next start.

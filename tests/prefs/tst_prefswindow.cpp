@@ -29,8 +29,7 @@ QVariant stored(const QString &key)
     return QSettings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick")).value(key);
 }
 
-template<typename T>
-T *child(QWidget *window, const char *name)
+template<typename T> T *child(QWidget *window, const char *name)
 {
     T *widget = window->findChild<T *>(QLatin1String(name));
     if (!widget)
@@ -124,8 +123,7 @@ void TestPrefsWindow::editsReachTheGettersCancelStoresNothing()
     QVERIFY(prefs.getContactTypeList().isEmpty());
     QCOMPARE(prefs.controls().dateFormatColumn, 1);
 
-    QTest::mouseClick(child<QDialogButtonBox>(&window, "buttonBox")->button(QDialogButtonBox::Cancel),
-                      Qt::LeftButton);
+    QTest::mouseClick(child<QDialogButtonBox>(&window, "buttonBox")->button(QDialogButtonBox::Cancel), Qt::LeftButton);
     QVERIFY(!window.isVisible());
     QVERIFY(!stored(QStringLiteral("LedgerwickCurrency")).isValid());
     // What was typed stays in force, and shows again when the window reopens.

@@ -14,10 +14,11 @@ namespace {
 
 // Every name an item answers by name, in the order it tests them.
 const QStringList kReadNames = {
-    u"bought"_s, u"code"_s, u"buttoncode"_s, u"condition"_s, u"decreaseqty"_s, u"description"_s, u"comments"_s,
-    u"exportsitemoss"_s, u"hidebuttoncode"_s, u"item"_s, u"id"_s, u"price"_s, u"qty"_s, u"quantitymethod"_s,
-    u"optimumqty"_s, u"reorderqty"_s, u"shipping"_s, u"status"_s, u"supplier"_s, u"variation"_s,
-    u"warnlevel"_s, u"stockcost"_s, u"stockretail"_s, u"taxcode"_s, u"websitefolder"_s,
+    u"bought"_s,        u"code"_s,           u"buttoncode"_s,     u"condition"_s,  u"decreaseqty"_s, u"description"_s,
+    u"comments"_s,      u"exportsitemoss"_s, u"hidebuttoncode"_s, u"item"_s,       u"id"_s,          u"price"_s,
+    u"qty"_s,           u"quantitymethod"_s, u"optimumqty"_s,     u"reorderqty"_s, u"shipping"_s,    u"status"_s,
+    u"supplier"_s,      u"variation"_s,      u"warnlevel"_s,      u"stockcost"_s,  u"stockretail"_s, u"taxcode"_s,
+    u"websitefolder"_s,
 };
 
 QStringList snapshot(const Item &item)
@@ -62,9 +63,11 @@ void tst_Item::initTestCase()
 void tst_Item::newItem()
 {
     const Item item;
-    QCOMPARE(snapshot(item), (QStringList{u""_s, u""_s, u""_s, u""_s, u"NO"_s, u""_s, u""_s, u"NO"_s, u"YES"_s,
-                                          u""_s, u"0"_s, u""_s, u""_s, u""_s, u""_s, u"0.00"_s, u""_s, u""_s, u""_s,
-                                          u""_s, u""_s, u"0.00"_s, u"0.00"_s, u""_s, u"~/sites/mysite/"_s}));
+    QCOMPARE(snapshot(item), (QStringList{u""_s,     u""_s,     u""_s,     u""_s,    u"NO"_s,
+                                          u""_s,     u""_s,     u"NO"_s,   u"YES"_s, u""_s,
+                                          u"0"_s,    u""_s,     u""_s,     u""_s,    u""_s,
+                                          u"0.00"_s, u""_s,     u""_s,     u""_s,    u""_s,
+                                          u""_s,     u"0.00"_s, u"0.00"_s, u""_s,    u"~/sites/mysite/"_s}));
     // Not item names: the record's date and visibility, the file's mixed-case key.
     for (const QString &name : {u"date"_s, u"visible"_s, u"decreaseQty"_s})
         QCOMPARE(item.getFieldByName(name), u""_s);
@@ -87,7 +90,8 @@ void tst_Item::writeByName_data()
     QTest::addRow("id takes the leading integer") << u"id"_s << u"12abc"_s << QStringList{u"id"_s};
     QTest::addRow("decreaseqty YES") << u"decreaseqty"_s << u"YES"_s << QStringList{u"decreaseqty"_s};
     QTest::addRow("exportsitemoss YES") << u"exportsitemoss"_s << u"YES"_s << QStringList{u"exportsitemoss"_s};
-    QTest::addRow("hidebuttoncode: yes is not YES") << u"hidebuttoncode"_s << u"yes"_s << QStringList{u"hidebuttoncode"_s};
+    QTest::addRow("hidebuttoncode: yes is not YES")
+        << u"hidebuttoncode"_s << u"yes"_s << QStringList{u"hidebuttoncode"_s};
     for (const char *name : {"reorderqty", "stockcost", "stockretail"})
         QTest::addRow("%s is read-only", name) << QString::fromLatin1(name) << u"5"_s << QStringList{};
     QTest::addRow("names are case-sensitive") << u"Code"_s << u"x"_s << QStringList{};
@@ -206,7 +210,8 @@ void tst_Item::contains()
 
 void tst_Item::imageIsWrittenAsTiffAndReadBack()
 {
-    const QString folder = m_home.path() + u"/Library/Application Support/Ledgerwick/ledgerwickdatabase.lwkdb/ItemImages"_s;
+    const QString folder =
+        m_home.path() + u"/Library/Application Support/Ledgerwick/ledgerwickdatabase.lwkdb/ItemImages"_s;
     QCOMPARE(DatabasePaths::itemImageFile(12), folder + u"/12.tiff"_s);
     QCOMPARE(DatabasePaths::databaseLocation(), QFileInfo(folder).path());
     QCOMPARE(DatabasePaths::databaseLocation(u"~/db.lwkdb"_s), m_home.path() + u"/db.lwkdb"_s);

@@ -41,7 +41,8 @@ QString describeRun(const QTextDocument &document, const QTextCharFormat &format
     QStringList parts;
     const QStringList families = format.fontFamilies().toStringList();
     parts << QStringLiteral("font=") + (families.isEmpty() ? document.defaultFont().family() : families.first());
-    parts << QStringLiteral("size=") + num(format.fontPointSize() > 0 ? format.fontPointSize() : document.defaultFont().pointSizeF());
+    parts << QStringLiteral("size=") +
+                 num(format.fontPointSize() > 0 ? format.fontPointSize() : document.defaultFont().pointSizeF());
     if (format.fontWeight() >= QFont::DemiBold)
         parts << QStringLiteral("bold");
     if (format.fontItalic())
@@ -68,12 +69,14 @@ void describeBlock(const QTextDocument &document, const QTextBlock &block, const
     const QList<QTextOption::Tab> positions = format.tabPositions();
     for (const QTextOption::Tab &tab : positions)
         tabs << num(tab.position) + QLatin1Char(':') + QString::number(int(tab.type));
-    lines->append(indent
-                  + QStringLiteral("block align=%1 left=%2 right=%3 first=%4 before=%5 after=%6 tabs=[%7]%8")
-                        .arg(int(format.alignment() & Qt::AlignHorizontal_Mask))
-                        .arg(num(format.leftMargin() + format.indent() * document.indentWidth()), num(format.rightMargin()), num(format.textIndent()),
-                             num(format.topMargin()), num(format.bottomMargin()), tabs.join(QLatin1Char(',')))
-                        .arg(format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore ? QStringLiteral(" page") : QString()));
+    lines->append(indent + QStringLiteral("block align=%1 left=%2 right=%3 first=%4 before=%5 after=%6 tabs=[%7]%8")
+                               .arg(int(format.alignment() & Qt::AlignHorizontal_Mask))
+                               .arg(num(format.leftMargin() + format.indent() * document.indentWidth()),
+                                    num(format.rightMargin()), num(format.textIndent()), num(format.topMargin()),
+                                    num(format.bottomMargin()), tabs.join(QLatin1Char(',')))
+                               .arg(format.pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore
+                                        ? QStringLiteral(" page")
+                                        : QString()));
     QString pendingText;
     QString pendingFormat;
     auto flush = [&] {
@@ -118,10 +121,11 @@ void describeFrame(const QTextDocument &document, QTextFrame::iterator it, const
             const QList<QTextLength> constraints = format.columnWidthConstraints();
             for (const QTextLength &length : constraints)
                 widths << num(length.rawValue());
-            lines->append(indent + QStringLiteral("table %1x%2 border=%3 padding=%4 widths=[%5]")
-                                       .arg(table->rows())
-                                       .arg(table->columns())
-                                       .arg(num(format.border()), num(format.cellPadding()), widths.join(QLatin1Char(','))));
+            lines->append(indent +
+                          QStringLiteral("table %1x%2 border=%3 padding=%4 widths=[%5]")
+                              .arg(table->rows())
+                              .arg(table->columns())
+                              .arg(num(format.border()), num(format.cellPadding()), widths.join(QLatin1Char(','))));
             for (int r = 0; r < table->rows(); ++r)
                 for (int c = 0; c < table->columns(); ++c) {
                     const QTextTableCell cell = table->cellAt(r, c);

@@ -145,7 +145,8 @@ void TestConvertCommand::wrongUsage_data()
     QTest::addColumn<QStringList>("args");
     QTest::addRow("nothing") << QStringList();
     QTest::addRow("one path") << QStringList{QStringLiteral("a.rtf")};
-    QTest::addRow("three paths") << QStringList{QStringLiteral("a.rtf"), QStringLiteral("b.rtf"), QStringLiteral("c.rtf")};
+    QTest::addRow("three paths") << QStringList{QStringLiteral("a.rtf"), QStringLiteral("b.rtf"),
+                                                QStringLiteral("c.rtf")};
     QTest::addRow("unknown output") << QStringList{kData + QStringLiteral("cocoa.rtf"), QStringLiteral("out.docx")};
     QTest::addRow("unknown input") << QStringList{QStringLiteral("in.doc"), QStringLiteral("out.rtf")};
     QTest::addRow("pdf is not read") << QStringList{QStringLiteral("in.pdf"), QStringLiteral("out.rtf")};

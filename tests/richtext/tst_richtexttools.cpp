@@ -35,8 +35,8 @@ void fillTable(QTextDocument *document, qreal columnWidth, int rows)
     QTextCursor cursor(document);
     cursor.insertText(QStringLiteral("Lines"));
     QTextTableFormat format;
-    format.setColumnWidthConstraints({QTextLength(QTextLength::FixedLength, columnWidth),
-                                      QTextLength(QTextLength::FixedLength, columnWidth)});
+    format.setColumnWidthConstraints(
+        {QTextLength(QTextLength::FixedLength, columnWidth), QTextLength(QTextLength::FixedLength, columnWidth)});
     QTextTable *table = cursor.insertTable(rows, 2, format);
     for (int r = 0; r < rows; ++r)
         table->cellAt(r, 0).firstCursorPosition().insertText(QStringLiteral("Item %1").arg(r));
@@ -79,15 +79,42 @@ void TestRichTextTools::replaceAll_data()
     QTest::addColumn<QString>("expected");
     QTest::addColumn<int>("count");
 
-    QTest::addRow("every occurrence") << "a <x> b <x>" << "<x>" << "1" << "a 1 b 1" << 2;
-    QTest::addRow("adjacent") << "<x><x>" << "<x>" << "yy" << "yyyy" << 2;
-    QTest::addRow("value holding its placeholder") << "<x>!" << "<x>" << "<x><x>" << "<x><x>!" << 1;
-    QTest::addRow("empty value removes") << "a<x>b" << "<x>" << "" << "ab" << 1;
-    QTest::addRow("case matters") << "<X> <x>" << "<x>" << "v" << "<X> v" << 1;
-    QTest::addRow("value with lines") << "To: <addr>." << "<addr>" << "Flat 1\nHigh St" << "To: Flat 1\nHigh St." << 1;
-    QTest::addRow("empty find") << "abc" << "" << "z" << "abc" << 0;
-    QTest::addRow("absent") << "abc" << "<x>" << "z" << "abc" << 0;
-    QTest::addRow("across paragraphs") << "<a>\n<a> <a>" << "<a>" << "b" << "b\nb b" << 3;
+    QTest::addRow("every occurrence") << "a <x> b <x>"
+                                      << "<x>"
+                                      << "1"
+                                      << "a 1 b 1" << 2;
+    QTest::addRow("adjacent") << "<x><x>"
+                              << "<x>"
+                              << "yy"
+                              << "yyyy" << 2;
+    QTest::addRow("value holding its placeholder") << "<x>!"
+                                                   << "<x>"
+                                                   << "<x><x>"
+                                                   << "<x><x>!" << 1;
+    QTest::addRow("empty value removes") << "a<x>b"
+                                         << "<x>"
+                                         << ""
+                                         << "ab" << 1;
+    QTest::addRow("case matters") << "<X> <x>"
+                                  << "<x>"
+                                  << "v"
+                                  << "<X> v" << 1;
+    QTest::addRow("value with lines") << "To: <addr>."
+                                      << "<addr>"
+                                      << "Flat 1\nHigh St"
+                                      << "To: Flat 1\nHigh St." << 1;
+    QTest::addRow("empty find") << "abc"
+                                << ""
+                                << "z"
+                                << "abc" << 0;
+    QTest::addRow("absent") << "abc"
+                            << "<x>"
+                            << "z"
+                            << "abc" << 0;
+    QTest::addRow("across paragraphs") << "<a>\n<a> <a>"
+                                       << "<a>"
+                                       << "b"
+                                       << "b\nb b" << 3;
 }
 
 void TestRichTextTools::replaceAll()
@@ -143,7 +170,8 @@ void TestRichTextTools::replaceInsideTable()
     QVERIFY(RtfReader().readFile(kData + QStringLiteral("cocoa.rtf"), &document));
     QVERIFY(RichTextTools::replaceAll(&document, QStringLiteral("Widget"), QStringLiteral("Sprocket, large")) == 1);
     QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<total>"), QStringLiteral("€15.50")), 2);
-    QCOMPARE(firstTable(document)->cellAt(1, 0).firstCursorPosition().block().text(), QStringLiteral("Sprocket, large"));
+    QCOMPARE(firstTable(document)->cellAt(1, 0).firstCursorPosition().block().text(),
+             QStringLiteral("Sprocket, large"));
     QVERIFY(document.toPlainText().contains(QStringLiteral("Total due: €15.50")));
     QVERIFY(!document.toPlainText().contains(QStringLiteral("<total>")));
 }
@@ -154,7 +182,8 @@ void TestRichTextTools::insertHtmlAtFirstOccurrence()
     document.setPlainText(QStringLiteral("Items:\n<itemsordered>\nEnd <itemsordered>"));
     QVERIFY(RichTextTools::insertHtml(
         &document, QStringLiteral("<itemsordered>"),
-        QStringLiteral("<table border=\"1\"><tr><th>Item</th><th>Price</th></tr><tr><td>Bolt</td><td>0.10</td></tr></table>")));
+        QStringLiteral(
+            "<table border=\"1\"><tr><th>Item</th><th>Price</th></tr><tr><td>Bolt</td><td>0.10</td></tr></table>")));
     QTextTable *table = firstTable(document);
     QVERIFY(table);
     QCOMPARE(table->rows(), 2);

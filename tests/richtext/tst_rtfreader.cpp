@@ -21,8 +21,8 @@ const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
 QByteArray rtf(const QByteArray &body)
 {
     return "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fswiss Helvetica;}{\\f1\\fmodern Courier;}}"
-           "{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue255;}"
-           + body + "}";
+           "{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue255;}" +
+           body + "}";
 }
 
 // The format of the first character of the first occurrence of text.
@@ -113,10 +113,12 @@ void TestRtfReader::text_data()
     QTest::addColumn<QString>("expected");
 
     QTest::addRow("windows-1252 escape") << rtf("caf\\'e9 \\'80") << QStringLiteral("café €");
-    QTest::addRow("windows-1250") << QByteArray("{\\rtf1\\ansi\\ansicpg1250 \\'9ato\\'e8ek}") << QStringLiteral("štoček");
+    QTest::addRow("windows-1250") << QByteArray("{\\rtf1\\ansi\\ansicpg1250 \\'9ato\\'e8ek}")
+                                  << QStringLiteral("štoček");
     QTest::addRow("windows-1251") << QByteArray("{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}") << QStringLiteral("При");
     QTest::addRow("font charset beats the document's")
-        << QByteArray("{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial Cyr;}}\\f1 \\'cf\\f0 \\'e9}")
+        << QByteArray(
+               "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial Cyr;}}\\f1 \\'cf\\f0 \\'e9}")
         << QStringLiteral("Пé");
     QTest::addRow("shift-jis run decoded whole")
         << QByteArray("{\\rtf1\\ansi\\ansicpg932 \\'93\\'fa\\'96\\'7b}") << QStringLiteral("日本");
@@ -130,7 +132,7 @@ void TestRtfReader::text_data()
         << QByteArray("{\\rtf1\\ansi\\ansicpg4242 caf\\'e9}") << QStringLiteral("café");
     QTest::addRow("unicode with fallback") << rtf("\\uc1\\u1047\\'3f\\u1072?") << QStringLiteral("За");
     QTest::addRow("two fallback bytes") << QByteArray("{\\rtf1\\ansi\\ansicpg932\\uc2\\u26085\\'93\\'fa!}")
-                                         << QStringLiteral("日!");
+                                        << QStringLiteral("日!");
     QTest::addRow("no fallback") << rtf("\\uc0\\u8364 5") << QStringLiteral("€5");
     QTest::addRow("fallback is a hex byte") << rtf("\\u8364\\'80x") << QStringLiteral("€x");
     QTest::addRow("a control word counts as a fallback") << rtf("\\u8364\\emdash x") << QStringLiteral("€x");
@@ -174,10 +176,11 @@ void TestRtfReader::text()
 void TestRtfReader::characterFormats()
 {
     QTextDocument document;
-    QVERIFY(RtfReader().read(rtf("\\f1\\fs30 big {\\b bold}{\\i italic}{\\ul under}{\\uld dotted}{\\ulwave wavy}"
-                                 "{\\strike struck}{\\cf1 red}{\\cb2 onblue}{\\highlight1 marked}{\\super up}{\\sub down}"
-                                 "\\b\\i\\plain plain"),
-                             &document));
+    QVERIFY(
+        RtfReader().read(rtf("\\f1\\fs30 big {\\b bold}{\\i italic}{\\ul under}{\\uld dotted}{\\ulwave wavy}"
+                             "{\\strike struck}{\\cf1 red}{\\cb2 onblue}{\\highlight1 marked}{\\super up}{\\sub down}"
+                             "\\b\\i\\plain plain"),
+                         &document));
     const QTextCharFormat big = formatOf(document, QStringLiteral("big"));
     QCOMPARE(big.fontFamilies().toStringList(), QStringList{QStringLiteral("Courier")});
     QCOMPARE(big.fontPointSize(), 15.0);
@@ -295,11 +298,11 @@ void TestRtfReader::tables_data()
         << "\n<a|b/c|d>\n";
     QTest::addRow("paragraphs inside a cell")
         << rtf("\\trowd\\cellx1000\\pard\\intbl one\\par two\\cell\\row") << "\n<one\ntwo>\n";
-    QTest::addRow("empty cells") << rtf("\\trowd\\cellx1000\\cellx2000\\cellx3000\\pard\\intbl\\cell x\\cell\\cell\\row")
-                                 << "\n<|x|>\n";
-    QTest::addRow("rows of different lengths")
-        << rtf("\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell b\\cell\\row\\trowd\\cellx1000\\pard\\intbl c\\cell\\row")
-        << "\n<a|b/c|>\n";
+    QTest::addRow("empty cells")
+        << rtf("\\trowd\\cellx1000\\cellx2000\\cellx3000\\pard\\intbl\\cell x\\cell\\cell\\row") << "\n<|x|>\n";
+    QTest::addRow("rows of different lengths") << rtf("\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell "
+                                                      "b\\cell\\row\\trowd\\cellx1000\\pard\\intbl c\\cell\\row")
+                                               << "\n<a|b/c|>\n";
     QTest::addRow("truncated table keeps its cells")
         << QByteArray("{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell b") << "\n<a|b>\n";
     QTest::addRow("two tables apart")
@@ -326,11 +329,12 @@ void TestRtfReader::tableSpansAndCellFormats()
     // Boundaries that differ between rows make spans, as Cocoa writes them;
     // \clvmgf/\clvmrg and \clmrg as Word writes them.
     QTextDocument document;
-    QVERIFY(RtfReader().read(rtf("\\trowd\\trgaph150\\clbrdrt\\brdrs\\brdrw30\\clcbpat1\\cellx1500\\cellx3000\\cellx4500"
-                                 "\\pard\\intbl a\\cell b\\cell c\\cell\\row"
-                                 "\\trowd\\clvmgf\\cellx1500\\cellx4500\\pard\\intbl d\\cell ef\\cell\\row"
-                                 "\\trowd\\clvmrg\\cellx1500\\cellx3000\\clmrg\\cellx4500\\pard\\intbl\\cell g\\cell\\cell\\row"),
-                             &document));
+    QVERIFY(RtfReader().read(
+        rtf("\\trowd\\trgaph150\\clbrdrt\\brdrs\\brdrw30\\clcbpat1\\cellx1500\\cellx3000\\cellx4500"
+            "\\pard\\intbl a\\cell b\\cell c\\cell\\row"
+            "\\trowd\\clvmgf\\cellx1500\\cellx4500\\pard\\intbl d\\cell ef\\cell\\row"
+            "\\trowd\\clvmrg\\cellx1500\\cellx3000\\clmrg\\cellx4500\\pard\\intbl\\cell g\\cell\\cell\\row"),
+        &document));
     QTextTable *table = firstTable(document);
     QVERIFY(table);
     QCOMPARE(table->rows(), 3);
@@ -374,10 +378,15 @@ void TestRtfReader::pictures()
         buffer.open(QIODevice::WriteOnly);
         source.save(&buffer, "PNG");
     }
-    QByteArray input = rtf("a{\\pict\\pngblip\\picw3\\pich2\\picwgoal90\\pichgoal60 " + png.toHex() + "}"
-                           "{\\pict\\pngblip\\picscalex200\\picscaley50 " + png.toHex() + "}"
+    QByteArray input = rtf("a{\\pict\\pngblip\\picw3\\pich2\\picwgoal90\\pichgoal60 " + png.toHex() +
+                           "}"
+                           "{\\pict\\pngblip\\picscalex200\\picscaley50 " +
+                           png.toHex() +
+                           "}"
                            "{\\pict\\wmetafile8\\picw100\\pich50\\picwgoal1500\\pichgoal750 0100090000}"
-                           "{\\pict\\pngblip\\bin" + QByteArray::number(png.size()) + " " + png + "}"
+                           "{\\pict\\pngblip\\bin" +
+                           QByteArray::number(png.size()) + " " + png +
+                           "}"
                            "{\\pict\\pngblip 0011zz}b");
     QTextDocument document;
     QVERIFY(RtfReader().read(input, &document));
@@ -480,7 +489,8 @@ void TestRtfReader::cocoaFixture()
     QVERIFY(formatOf(document, QStringLiteral("naïve")).fontItalic());
     QVERIFY(formatOf(document, QStringLiteral("old")).fontStrikeOut());
     QCOMPARE(formatOf(document, QStringLiteral("marked")).background().color(), QColor(255, 255, 0));
-    QCOMPARE(formatOf(document, QStringLiteral("Gadget")).fontFamilies().toStringList(), QStringList{QStringLiteral("Menlo")});
+    QCOMPARE(formatOf(document, QStringLiteral("Gadget")).fontFamilies().toStringList(),
+             QStringList{QStringLiteral("Menlo")});
 
     const QTextBlock invoice = document.findBlockByNumber(1);
     const QList<QTextOption::Tab> tabs = invoice.blockFormat().tabPositions();
@@ -502,12 +512,13 @@ void TestRtfReader::libreOfficeFixture()
 {
     QTextDocument document;
     QVERIFY(RtfReader().readFile(kData + QStringLiteral("libreoffice.rtf"), &document));
-    QCOMPARE(DocumentSnapshot::outline(document),
-             QStringLiteral("Reminder Заказ\n"
-                            "Dear <contactname>, your balance of €<balance> is due. “Quoted” and italic red—highlighted.\n"
-                            "Left\tCentre\t12.50\n"
-                            "Pay online or call.\n"
-                            "[img] Signed"));
+    QCOMPARE(
+        DocumentSnapshot::outline(document),
+        QStringLiteral("Reminder Заказ\n"
+                       "Dear <contactname>, your balance of €<balance> is due. “Quoted” and italic red—highlighted.\n"
+                       "Left\tCentre\t12.50\n"
+                       "Pay online or call.\n"
+                       "[img] Signed"));
     QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), QStringLiteral("Reminder"));
     QCOMPARE(formatOf(document, QStringLiteral("Reminder")).fontFamilies().toStringList(),
              QStringList{QStringLiteral("Liberation Sans")});
@@ -644,9 +655,11 @@ void TestRtfReader::damagedInput_data()
         << QByteArray("{\\rtf1\\fs99999999999\\li-99999999999\\tx99999999999\\cf99999999\\f99999999"
                       "\\u99999999?a\\uc99999999 b\\bin99999999999 }")
         << QStringLiteral("ab");
-    QTest::addRow("huge picture goal") << QByteArray("{\\rtf1{\\pict\\wmetafile\\picwgoal2147483647\\pichgoal2147483647 00}}")
+    QTest::addRow("huge picture goal") << QByteArray(
+                                              "{\\rtf1{\\pict\\wmetafile\\picwgoal2147483647\\pichgoal2147483647 00}}")
                                        << QStringLiteral("\uFFFC");
-    QTest::addRow("deep nesting") << QByteArray("{\\rtf1 a" + QByteArray(100000, '{') + "hidden" + QByteArray(100000, '}') + "b}")
+    QTest::addRow("deep nesting") << QByteArray("{\\rtf1 a" + QByteArray(100000, '{') + "hidden" +
+                                                QByteArray(100000, '}') + "b}")
                                   << QStringLiteral("ab");
     QTest::addRow("many cell boundaries")
         << QByteArray("{\\rtf1\\trowd" + QByteArray("\\cellx5").repeated(500) + "\\pard\\intbl x\\cell\\row}")
@@ -687,9 +700,15 @@ void TestRtfReader::mutatedFixturesStillRead()
             for (int i = 0; i < edits; ++i) {
                 const qsizetype at = 6 + random.bounded(damaged.size() - 6);
                 switch (random.bounded(3)) {
-                case 0: damaged[at] = char(random.bounded(256)); break;
-                case 1: damaged.remove(at, random.bounded(40)); break;
-                default: damaged.insert(at, "{}\\'\\bin"[random.bounded(8)]); break;
+                case 0:
+                    damaged[at] = char(random.bounded(256));
+                    break;
+                case 1:
+                    damaged.remove(at, random.bounded(40));
+                    break;
+                default:
+                    damaged.insert(at, "{}\\'\\bin"[random.bounded(8)]);
+                    break;
                 }
             }
             QTextDocument document;

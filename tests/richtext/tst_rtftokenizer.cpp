@@ -14,14 +14,19 @@ QString describe(const QByteArray &input)
         switch (token.type) {
         case RtfTokenizer::Type::End:
             return parts.join(QLatin1Char(' '));
-        case RtfTokenizer::Type::GroupStart: parts << QStringLiteral("{"); break;
-        case RtfTokenizer::Type::GroupEnd: parts << QStringLiteral("}"); break;
+        case RtfTokenizer::Type::GroupStart:
+            parts << QStringLiteral("{");
+            break;
+        case RtfTokenizer::Type::GroupEnd:
+            parts << QStringLiteral("}");
+            break;
         case RtfTokenizer::Type::ControlWord:
-            parts << QStringLiteral("W:") + QString::fromLatin1(token.word)
-                    + (token.hasParameter ? QString::number(token.parameter) : QString());
+            parts << QStringLiteral("W:") + QString::fromLatin1(token.word) +
+                         (token.hasParameter ? QString::number(token.parameter) : QString());
             break;
         case RtfTokenizer::Type::ControlSymbol:
-            parts << QStringLiteral("S:") + (token.symbol == '\n' ? QStringLiteral("NL") : QString(QLatin1Char(token.symbol)));
+            parts << QStringLiteral("S:") +
+                         (token.symbol == '\n' ? QStringLiteral("NL") : QString(QLatin1Char(token.symbol)));
             break;
         case RtfTokenizer::Type::HexByte:
             parts << QStringLiteral("H:") + QString::number(token.byte, 16);

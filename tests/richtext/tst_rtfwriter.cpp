@@ -57,8 +57,9 @@ std::unique_ptr<QTextDocument> richDocument()
     format = base;
     format.setFontItalic(true);
     cursor.insertText(QStringLiteral("italic "), format);
-    const QTextCharFormat::UnderlineStyle underlines[] = {QTextCharFormat::SingleUnderline, QTextCharFormat::DashUnderline,
-                                                           QTextCharFormat::DotLine, QTextCharFormat::WaveUnderline};
+    const QTextCharFormat::UnderlineStyle underlines[] = {QTextCharFormat::SingleUnderline,
+                                                          QTextCharFormat::DashUnderline, QTextCharFormat::DotLine,
+                                                          QTextCharFormat::WaveUnderline};
     for (auto style : underlines) {
         format = base;
         format.setUnderlineStyle(style);
@@ -90,8 +91,8 @@ std::unique_ptr<QTextDocument> richDocument()
                             QTextOption::Tab(350, QTextOption::CenterTab),
                             QTextOption::Tab(420, QTextOption::DelimiterTab, QLatin1Char('.'))});
     cursor.insertBlock(tabbed);
-    cursor.insertText(QStringLiteral("a\tb\tc\td\u2028line two \\{braces}\u00a0nbsp soft\u00adhyphen non\u2011break ")
-                          + QStringLiteral("Привет 日本語 😀 € ß ÿ Œ"),
+    cursor.insertText(QStringLiteral("a\tb\tc\td\u2028line two \\{braces}\u00a0nbsp soft\u00adhyphen non\u2011break ") +
+                          QStringLiteral("Привет 日本語 😀 € ß ÿ Œ"),
                       base);
 
     QTextBlockFormat pageBreak;
@@ -127,9 +128,9 @@ std::unique_ptr<QTextDocument> richDocument()
     QTextTable *table = cursor.insertTable(4, 3, tableFormat({120, 80, 60}));
     table->mergeCells(0, 0, 1, 2);
     table->mergeCells(1, 2, 2, 1);
-    const QStringList texts = {QStringLiteral("wide"), QStringLiteral("c"), QStringLiteral("d"),
-                               QStringLiteral("e"), QStringLiteral("tall"), QStringLiteral("f"),
-                               QStringLiteral("g"), QStringLiteral("h"), QStringLiteral("i"), QStringLiteral("j")};
+    const QStringList texts = {QStringLiteral("wide"), QStringLiteral("c"), QStringLiteral("d"), QStringLiteral("e"),
+                               QStringLiteral("tall"), QStringLiteral("f"), QStringLiteral("g"), QStringLiteral("h"),
+                               QStringLiteral("i"),    QStringLiteral("j")};
     int next = 0;
     for (int r = 0; r < table->rows(); ++r)
         for (int c = 0; c < table->columns(); ++c) {
@@ -153,9 +154,15 @@ std::unique_ptr<QTextDocument> richDocument()
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(QStringLiteral("Between tables"), base);
     cursor.insertBlock();
-    cursor.insertTable(1, 2, tableFormat({90, 90}))->cellAt(0, 1).firstCursorPosition().insertText(QStringLiteral("x"), base);
+    cursor.insertTable(1, 2, tableFormat({90, 90}))
+        ->cellAt(0, 1)
+        .firstCursorPosition()
+        .insertText(QStringLiteral("x"), base);
     cursor.movePosition(QTextCursor::End);
-    cursor.insertTable(1, 1, tableFormat({200}))->cellAt(0, 0).firstCursorPosition().insertText(QStringLiteral("last"), base);
+    cursor.insertTable(1, 1, tableFormat({200}))
+        ->cellAt(0, 0)
+        .firstCursorPosition()
+        .insertText(QStringLiteral("last"), base);
     return document;
 }
 
@@ -222,7 +229,8 @@ void TestRtfWriter::roundTrip()
     const auto copy = readBack(rtf);
     QVERIFY(copy);
     QCOMPARE(DocumentSnapshot::describe(*copy), DocumentSnapshot::describe(*original));
-    QCOMPARE(copy->metaInformation(QTextDocument::DocumentTitle), original->metaInformation(QTextDocument::DocumentTitle));
+    QCOMPARE(copy->metaInformation(QTextDocument::DocumentTitle),
+             original->metaInformation(QTextDocument::DocumentTitle));
     // Written again, the copy gives the same RTF: nothing drifts.
     QCOMPARE(RtfWriter().toRtf(copy.get()), rtf);
 }
@@ -257,13 +265,26 @@ void TestRtfWriter::richDocumentSnapshot()
     const auto copy = readBack(RtfWriter().toRtf(document.get()));
     QVERIFY(copy);
     const QString lines = DocumentSnapshot::describe(*copy).join(QLatin1Char('\n'));
-    for (const char *expected : {"run \"Bold \" font=Helvetica size=12 bold", "underline=1", "underline=2",
-                                 "underline=3", "underline=6", "strike fg=#ffc80a14 bg=#ffffff00",
-                                 "font=Courier size=9.5 valign=1", "valign=2", "href=https://example.com/?a=1&b=2",
-                                 "tabs=[100:0,300:1,350:2,420:3]", "left=48 right=12 first=-24 before=6 after=9",
+    for (const char *expected : {"run \"Bold \" font=Helvetica size=12 bold",
+                                 "underline=1",
+                                 "underline=2",
+                                 "underline=3",
+                                 "underline=6",
+                                 "strike fg=#ffc80a14 bg=#ffffff00",
+                                 "font=Courier size=9.5 valign=1",
+                                 "valign=2",
+                                 "href=https://example.com/?a=1&b=2",
+                                 "tabs=[100:0,300:1,350:2,420:3]",
+                                 "left=48 right=12 first=-24 before=6 after=9",
                                  "align=8 left=0 right=0 first=0 before=0 after=0 tabs=[] page",
-                                 "image 50x40 picture=5x4", "image 3x3 picture=3x3", "table 4x3 border=1 padding=6 widths=[120,80,60]",
-                                 "cell 0,0 span 1x2", "cell 1,2 span 2x1", "bg=#ffdce6f0", "table 1x2 border=1 padding=6 widths=[90,90]", "table 1x1"})
+                                 "image 50x40 picture=5x4",
+                                 "image 3x3 picture=3x3",
+                                 "table 4x3 border=1 padding=6 widths=[120,80,60]",
+                                 "cell 0,0 span 1x2",
+                                 "cell 1,2 span 2x1",
+                                 "bg=#ffdce6f0",
+                                 "table 1x2 border=1 padding=6 widths=[90,90]",
+                                 "table 1x1"})
         QVERIFY2(lines.contains(QLatin1String(expected)), expected);
     QCOMPARE(DocumentSnapshot::outline(*copy),
              QStringLiteral("Bold italic under1 under2 under3 under6 struck coloured updown a link\n"
@@ -315,10 +336,10 @@ void TestRtfWriter::htmlDocument()
 {
     // What the invoices insert: HTML turned into a document, then saved.
     QTextDocument document;
-    document.setHtml(QStringLiteral(
-        "<h1>Order <i>42</i></h1><p>Pay <a href=\"https://example.com\">here</a>, <b>now</b>.</p>"
-        "<table border=\"1\"><tr><th>Item</th><th>Qty</th></tr><tr><td>Bolt</td><td>12</td></tr>"
-        "<tr><td colspan=\"2\">Total</td></tr></table><ul><li>one</li><li>two</li></ul>"));
+    document.setHtml(
+        QStringLiteral("<h1>Order <i>42</i></h1><p>Pay <a href=\"https://example.com\">here</a>, <b>now</b>.</p>"
+                       "<table border=\"1\"><tr><th>Item</th><th>Qty</th></tr><tr><td>Bolt</td><td>12</td></tr>"
+                       "<tr><td colspan=\"2\">Total</td></tr></table><ul><li>one</li><li>two</li></ul>"));
     const auto copy = readBack(RtfWriter().toRtf(&document));
     QVERIFY(copy);
     QCOMPARE(DocumentSnapshot::outline(*copy), DocumentSnapshot::outline(document));
@@ -378,9 +399,9 @@ void TestRtfWriter::packageKeepsFilesThatAreNoPictures()
     const QString source = dir.filePath(QStringLiteral("source.rtfd"));
     QVERIFY(QDir().mkpath(source));
     const QByteArray terms("%PDF-1.4 terms and conditions");
-    for (const auto &[name, data] : {std::pair{QStringLiteral("Terms 2024.pdf"), terms},
-                                     std::pair{QStringLiteral("TXT.rtf"),
-                                               QByteArray("{\\rtf1 See {{\\NeXTGraphic Terms 2024.pdf \\width600 "
+    for (const auto &[name, data] :
+         {std::pair{QStringLiteral("Terms 2024.pdf"), terms},
+          std::pair{QStringLiteral("TXT.rtf"), QByteArray("{\\rtf1 See {{\\NeXTGraphic Terms 2024.pdf \\width600 "
                                                           "\\height600}\\'ac} attached.}")}}) {
         QFile file(source + QLatin1Char('/') + name);
         QVERIFY(file.open(QIODevice::WriteOnly));

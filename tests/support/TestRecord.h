@@ -14,10 +14,7 @@ public:
         fields.insert(QStringLiteral("name"), name);
         setID(id);
     }
-    QString getFieldByName(const QString &name) const override
-    {
-        return fields.value(name, QStringLiteral(""));
-    }
+    QString getFieldByName(const QString &name) const override { return fields.value(name, QStringLiteral("")); }
     bool setFieldByName(const QString &name, const QString &value) override
     {
         fields.insert(name, value);

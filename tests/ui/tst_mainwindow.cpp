@@ -7,19 +7,19 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
-#include <QHeaderView>
-#include <QTableView>
-#include <QTreeView>
 #include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QTableView>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
+#include <QTreeView>
 
 namespace {
 
@@ -87,11 +87,11 @@ void TestMainWindow::cleanup()
 
 void TestMainWindow::toolbarHasItsItemsInOrder()
 {
-    const QStringList expected{"printItemIdentifier", "deleteItemIdentifier", "editItemIdentifier",
-                               "companyItemIdentifier", "contactItemIdentifier", "orderItemIdentifier",
-                               "billItemIdentifier", "todoItemIdentifier", "itemItemIdentifier",
-                               "padItemIdentifier", "htmlItemIdentifier", "csvItemIdentifier",
-                               "checkoutItemIdentifier", "prefsItemIdentifier", "helpItemIdentifier"};
+    const QStringList expected{"printItemIdentifier",    "deleteItemIdentifier",  "editItemIdentifier",
+                               "companyItemIdentifier",  "contactItemIdentifier", "orderItemIdentifier",
+                               "billItemIdentifier",     "todoItemIdentifier",    "itemItemIdentifier",
+                               "padItemIdentifier",      "htmlItemIdentifier",    "csvItemIdentifier",
+                               "checkoutItemIdentifier", "prefsItemIdentifier",   "helpItemIdentifier"};
     QStringList ids, labels;
     for (QAction *action : m_window->mainToolbar()->actions()) {
         ids << action->objectName();
@@ -208,7 +208,8 @@ void TestMainWindow::aLockShowsTheSheetAndRefusesEdits()
     QDir().mkpath(bundle);
     QFile lock(bundle + QStringLiteral("/lock.xml"));
     QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.write("<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
+    lock.write(
+        "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
     lock.close();
     m_window->show();
     m_ledgerwick->readDatabase();
