@@ -12,7 +12,7 @@ if [ ! -f build/fuzz/build.ninja ]; then
 fi
 cmake --build --preset fuzz
 for target in build/fuzz/fuzz/fuzz_*; do
-  [ -x "$target" ] || continue
+  [ -f "$target" ] && [ -x "$target" ] || continue
   name=$(basename "$target")
   corpus="build/fuzz/corpus-$name"
   mkdir -p "$corpus"
