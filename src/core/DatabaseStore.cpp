@@ -248,8 +248,8 @@ void applyFields(R &record, const Dict &dict, const std::vector<Field<R>> &table
 }
 
 template<class R>
-bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, const std::vector<Field<R>> &table,
-                  QString *error)
+bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qsizetype from, qsizetype to,
+                  const std::vector<Field<R>> &table, QString *error)
 {
     // The mark-up opening each field, made once per table.
     static const std::vector<PropertyListWriter::Key> keys = [&] {
@@ -258,8 +258,9 @@ bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, co
             made.emplace_back(field.key);
         return made;
     }();
-    for (const auto &shared : collection.records()) {
-        const auto *typed = dynamic_cast<const R *>(shared.get());
+    const auto &records = collection.records();
+    for (qsizetype i = std::max<qsizetype>(from, 0); i < std::min<qsizetype>(to, qsizetype(records.size())); ++i) {
+        const auto *typed = dynamic_cast<const R *>(records[size_t(i)].get());
         if (!typed)
             continue; // not a record of this file's kind
         const R &record = *typed;
@@ -402,34 +403,43 @@ DatabaseStore::Loaded DatabaseStore::readData(Kind kind, const QByteArray &data)
 
 bool DatabaseStore::serialize(Kind kind, const lwDataSource &collection, QByteArray &out, QString *error)
 {
-    // Roughly the size of the file last time, to avoid growing the buffer.
+    QByteArray records;
+    if (!serializeRecords(kind, collection, 0, collection.getCount(), records, error))
+        return false;
+    out = PropertyListWriter::header(fileOf(kind).collectionKey) + records + PropertyListWriter::footer();
+    return true;
+}
+
+bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
+                                     QByteArray &out, QString *error)
+{
+    // Roughly the size of the records last time, to avoid growing the buffer.
     static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
-    PropertyListWriter writer(fileOf(kind).collectionKey,
-                              qsizetype(collection.getCount()) * bytesPerRecord[size_t(kind)]);
+    PropertyListWriter writer(std::max<qsizetype>(to - from, 0) * bytesPerRecord[size_t(kind)]);
     bool ok = true;
     switch (kind) {
     case Kind::Contacts:
-        ok = writeRecords(writer, collection, contactFields(), error);
+        ok = writeRecords(writer, collection, from, to, contactFields(), error);
         break;
     case Kind::Orders:
-        ok = writeRecords(writer, collection, orderFields(), error);
+        ok = writeRecords(writer, collection, from, to, orderFields(), error);
         break;
     case Kind::Items:
-        ok = writeRecords(writer, collection, itemFields(), error);
+        ok = writeRecords(writer, collection, from, to, itemFields(), error);
         break;
     case Kind::Materials:
-        ok = writeRecords(writer, collection, materialFields(), error);
+        ok = writeRecords(writer, collection, from, to, materialFields(), error);
         break;
     case Kind::Bills:
-        ok = writeRecords(writer, collection, billFields(), error);
+        ok = writeRecords(writer, collection, from, to, billFields(), error);
         break;
     case Kind::Actions:
-        ok = writeRecords(writer, collection, actionFields(), error);
+        ok = writeRecords(writer, collection, from, to, actionFields(), error);
         break;
     }
     if (!ok)
         return false;
-    writer.finish();
+    writer.finishRecords();
     out = writer.data();
     return true;
 }

@@ -53,4 +53,9 @@ public:
     // hidden records included. Fails (false, with the reason) only for an
     // action holding no value in a field that must always be written.
     static bool serialize(Kind kind, const lwDataSource &collection, QByteArray &out, QString *error = nullptr);
+    // The records from position `from` up to (not including) `to`, without
+    // the file's opening and closing mark-up (see PropertyListWriter::header),
+    // so that the stretches of a large file can be built side by side.
+    static bool serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
+                                 QByteArray &out, QString *error = nullptr);
 };

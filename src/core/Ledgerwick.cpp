@@ -22,6 +22,7 @@
 #include <QStringEncoder>
 
 #include <algorithm>
+#include <functional>
 #include <atomic>
 #include <thread>
 
@@ -274,12 +275,20 @@ QString Ledgerwick::keepUnreadableAside(Kind kind, const QString &path)
         .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName());
 }
 
-Ledgerwick::WriteOutcome Ledgerwick::writeFile(Kind kind)
+Ledgerwick::WriteOutcome Ledgerwick::writeFile(Kind kind, const std::vector<const Chunk *> &chunks)
 {
     WriteOutcome outcome;
     const auto &file = DatabaseStore::fileOf(kind);
     const QString path = QDir(m_originalDbLocation).filePath(QString::fromLatin1(file.fileName));
     const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
+    for (const Chunk *chunk : chunks) {
+        if (!chunk->built) {
+            // A record that cannot be written stops the save here.
+            outcome.log << failure << QStringLiteral("error: ") + chunk->error;
+            outcome.result = WriteResult::Stopped;
+            return outcome;
+        }
+    }
     const QString kept = keepUnreadableAside(kind, path);
     if (!kept.isEmpty())
         outcome.log << kept;
@@ -288,15 +297,13 @@ Ledgerwick::WriteOutcome Ledgerwick::writeFile(Kind kind)
         outcome.result = WriteResult::Failed;
         return outcome;
     }
-    QByteArray bytes;
+    QList<QByteArray> parts;
+    parts << PropertyListWriter::header(file.collectionKey);
+    for (const Chunk *chunk : chunks)
+        parts << chunk->bytes;
+    parts << PropertyListWriter::footer();
     QString error;
-    if (!DatabaseStore::serialize(kind, *m_managers[size_t(kind)], bytes, &error)) {
-        // A record that cannot be written stops the save here.
-        outcome.log << failure << QStringLiteral("error: ") + error;
-        outcome.result = WriteResult::Stopped;
-        return outcome;
-    }
-    if (!PropertyListWriter::writeFile(path, bytes, &error)) {
+    if (!PropertyListWriter::writeFile(path, parts, &error)) {
         outcome.log << failure << QStringLiteral("error: ") + error;
         outcome.result = WriteResult::Failed;
         return outcome;
@@ -325,27 +332,52 @@ bool Ledgerwick::writeDatabase(QObject *which)
     if (m_lockLocation.isEmpty())
         m_lockLocation = QDir(m_originalDbLocation).filePath(QStringLiteral("lock.xml"));
 
-    // The files are built and written side by side; what went wrong is then
-    // logged in the fixed order.
-    std::vector<Kind> queue;
-    for (const auto &file : DatabaseStore::files())
-        if (all || which == m_managers[size_t(file.kind)])
-            queue.push_back(file.kind);
-    std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
+    // The files are built in stretches on both cores, then written side by
+    // side; what went wrong is logged afterwards in the fixed order.
+    constexpr qsizetype kChunkRecords = 40000;
+    std::vector<Kind> kinds;
+    std::vector<Chunk> chunks;
+    for (const auto &file : DatabaseStore::files()) {
+        if (!all && which != m_managers[size_t(file.kind)])
+            continue;
+        kinds.push_back(file.kind);
+        const qsizetype count = m_managers[size_t(file.kind)]->getCount();
+        qsizetype from = 0;
+        do {
+            chunks.push_back({file.kind, from, std::min(count, from + kChunkRecords), {}, false, {}});
+            from += kChunkRecords;
+        } while (from < count);
+    }
+    auto onBothCores = [](size_t tasks, const std::function<void(size_t)> &task) {
+        std::atomic<size_t> next{0};
+        auto work = [&] {
+            for (size_t i = next++; i < tasks; i = next++)
+                task(i);
+        };
+        std::vector<std::thread> threads;
+        if (tasks > 1 && std::thread::hardware_concurrency() > 1)
+            threads.emplace_back(work);
+        work();
+        for (std::thread &thread : threads)
+            thread.join();
+    };
+    onBothCores(chunks.size(), [&](size_t i) {
+        Chunk &chunk = chunks[i];
+        chunk.built = DatabaseStore::serializeRecords(chunk.kind, *m_managers[size_t(chunk.kind)], chunk.from,
+                                                      chunk.to, chunk.bytes, &chunk.error);
+    });
+    // The largest files first, so that the two writers finish together.
+    std::stable_sort(kinds.begin(), kinds.end(), [&](Kind a, Kind b) {
         return m_managers[size_t(a)]->getCount() > m_managers[size_t(b)]->getCount();
     });
     std::array<WriteOutcome, 6> outcomes;
-    std::atomic<size_t> next{0};
-    auto work = [&] {
-        for (size_t i = next++; i < queue.size(); i = next++)
-            outcomes[size_t(queue[i])] = writeFile(queue[i]);
-    };
-    std::vector<std::thread> threads;
-    if (queue.size() > 1 && std::thread::hardware_concurrency() > 1)
-        threads.emplace_back(work);
-    work();
-    for (std::thread &thread : threads)
-        thread.join();
+    onBothCores(kinds.size(), [&](size_t i) {
+        std::vector<const Chunk *> parts;
+        for (const Chunk &chunk : chunks)
+            if (chunk.kind == kinds[i])
+                parts.push_back(&chunk);
+        outcomes[size_t(kinds[i])] = writeFile(kinds[i], parts);
+    });
 
     bool ok = true;
     for (const auto &file : DatabaseStore::files()) {

@@ -129,8 +129,18 @@ private:
         WriteResult result = WriteResult::Failed;
         QStringList log; // lines to log, in order
     };
-    // Builds and writes one file; safe to run for different kinds at once.
-    WriteOutcome writeFile(DatabaseStore::Kind kind);
+    // One stretch of a file's records, built on its own.
+    struct Chunk
+    {
+        DatabaseStore::Kind kind;
+        qsizetype from, to;
+        QByteArray bytes;
+        bool built = false;
+        QString error;
+    };
+    // Writes one file from its built stretches; safe to run for different
+    // kinds at once.
+    WriteOutcome writeFile(DatabaseStore::Kind kind, const std::vector<const Chunk *> &chunks);
     // Copies an unreadable file aside before it is first replaced; answers the line to log.
     QString keepUnreadableAside(DatabaseStore::Kind kind, const QString &path);
 

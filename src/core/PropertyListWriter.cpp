@@ -46,11 +46,27 @@ void appendKey(QByteArray &out, const char *indent, std::string_view key)
 
 PropertyListWriter::PropertyListWriter(std::string_view collectionKey, qsizetype expectedBytes)
 {
+    const QByteArray head = header(collectionKey);
+    grow(std::max<qsizetype>(expectedBytes, 4096) + head.size());
+    append(std::string_view(head.constData(), size_t(head.size())));
+}
+
+PropertyListWriter::PropertyListWriter(qsizetype expectedBytes)
+{
+    grow(std::max<qsizetype>(expectedBytes, 4096));
+}
+
+QByteArray PropertyListWriter::header(std::string_view collectionKey)
+{
     QByteArray head(kHeader);
     appendKey(head, "\t", collectionKey);
     head.append("\t<array>\n");
-    grow(std::max<qsizetype>(expectedBytes, 4096) + head.size());
-    append(std::string_view(head.constData(), size_t(head.size())));
+    return head;
+}
+
+QByteArray PropertyListWriter::footer()
+{
+    return QByteArray("\t</array>\n") + kFooter;
 }
 
 void PropertyListWriter::grow(qsizetype n)
@@ -140,6 +156,11 @@ void PropertyListWriter::finish()
 {
     append("\t</array>\n");
     append(kFooter);
+    finishRecords();
+}
+
+void PropertyListWriter::finishRecords()
+{
     m_out.resize(m_used);
     m_data = m_out.data();
     m_capacity = m_used;
@@ -240,17 +261,24 @@ QByteArray PropertyListWriter::dictionary(std::vector<std::pair<QString, QString
 
 bool PropertyListWriter::writeFile(const QString &path, const QByteArray &bytes, QString *error)
 {
+    return writeFile(path, QList<QByteArray>{bytes}, error);
+}
+
+bool PropertyListWriter::writeFile(const QString &path, const QList<QByteArray> &parts, QString *error)
+{
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         if (error)
             *error = file.errorString();
         return false;
     }
-    if (file.write(bytes) != bytes.size()) {
-        if (error)
-            *error = file.errorString();
-        file.cancelWriting();
-        return false;
+    for (const QByteArray &part : parts) {
+        if (file.write(part) != part.size()) {
+            if (error)
+                *error = file.errorString();
+            file.cancelWriting();
+            return false;
+        }
     }
     if (!file.commit()) {
         if (error)

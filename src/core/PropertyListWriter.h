@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <cstring>
@@ -26,6 +27,13 @@ class PropertyListWriter
 {
 public:
     explicit PropertyListWriter(std::string_view collectionKey, qsizetype expectedBytes = 0);
+    // A writer of records only, without the file's opening and closing
+    // mark-up: a stretch of a large file built on its own (see header()).
+    explicit PropertyListWriter(qsizetype expectedBytes);
+
+    // What comes before the first record and after the last one.
+    static QByteArray header(std::string_view collectionKey);
+    static QByteArray footer();
 
     // A key with the mark-up that opens its field, made once for keys that
     // are written many times.
@@ -52,6 +60,8 @@ public:
     void field(const Key &key, std::string_view asciiValue);
     void endRecord();
     void finish();
+    // Ends a writer of records only.
+    void finishRecords();
 
     // The file's bytes, once finish() has been called.
     const QByteArray &data() const { return m_out; }
@@ -61,6 +71,8 @@ public:
 
     // Writes the bytes atomically: the old file stays whole when this fails.
     static bool writeFile(const QString &path, const QByteArray &bytes, QString *error = nullptr);
+    // The same for a file given in consecutive parts.
+    static bool writeFile(const QString &path, const QList<QByteArray> &parts, QString *error = nullptr);
 
     // Appends the text as UTF-8 with "&", "<" and ">" escaped.
     static void appendEscaped(QByteArray &out, const QString &text);

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void hiddenRecordsAndAnyTextSurvive();
     void damagedFilesAreKeptAside();
     void checkingNeverWrites();
+    void largeFilesAreBuiltInStretches();
 
 private:
     QString bundle() const { return m_home->filePath(QStringLiteral("db.lwkdb")); }
@@ -354,6 +355,28 @@ void TestDatabase::checkingNeverWrites()
     QVERIFY(!ledgerwick.isReadOnly());
     QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
     QCOMPARE(ledgerwick.getOrderManager()->getCount(), 2);
+}
+
+void TestDatabase::largeFilesAreBuiltInStretches()
+{
+    // More bills than one stretch holds: the file must equal the one built whole.
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    for (int i = 0; i < 90001; ++i) {
+        auto bill = std::make_shared<Bill>();
+        bill->setNumber(QString::number(i));
+        ledgerwick.getBillManager()->add(bill);
+    }
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getBillManager()));
+    QByteArray whole;
+    QVERIFY(DatabaseStore::serialize(DatabaseStore::Kind::Bills, *ledgerwick.getBillManager(), whole));
+    QCOMPARE(fileBytes(bundle() + QStringLiteral("/bills.xml")), whole);
+    Ledgerwick again(&m_platform);
+    again.setDatabaseLocation(bundle());
+    again.readDatabase(false);
+    QCOMPARE(again.getBillManager()->getCount(), 90001);
+    QCOMPARE(dynamic_cast<Bill *>(again.getBillManager()->getItemById(90001))->getNumber(), QStringLiteral("90000"));
 }
 
 QTEST_GUILESS_MAIN(TestDatabase)
