@@ -163,7 +163,7 @@ int main(int argc, char *argv[])
     std::printf("%-34s %8.3f s\n", "pugixml bare parse (baseline)", parse);
     std::printf("%-34s %8.2f x   (target at most 2.5x, aim 1.5x)\n", "load / parse", load / parse);
     std::printf("%-34s %8.3f s\n", "save of all six files", save);
-    std::printf("%-34s %8.3f s\n", "  of which building the bytes", median(builds));
+    std::printf("%-34s %8.3f s\n", "  building the bytes on one core", median(builds));
     std::printf("%-34s %8.3f s\n", "raw write of the same bytes", raw);
     std::printf("%-34s %8.2f x   (target at most 2x)\n", "save / raw write", save / raw);
     std::printf("%-34s %8.0f MB (target at most 1024 MB)\n", "peak resident memory after load", peakAfterLoad);
