@@ -7,3 +7,4 @@
 int convertCommand(const QStringList &args);
 int checkCommand(const QStringList &args);
 int saveCommand(const QStringList &args);
+int websiteExportCommand(const QStringList &args);

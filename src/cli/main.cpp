@@ -23,6 +23,8 @@ const Command kCommands[] = {
      saveCommand},
     {"convert", "convert IN OUT            convert a document between .rtf, .rtfd, .html, .txt and .pdf",
      convertCommand},
+    {"website-export", "website-export [--db BUNDLE] export the page objects of the items marked for the website",
+     websiteExportCommand},
 };
 
 void printHelp(FILE *out)

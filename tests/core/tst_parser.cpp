@@ -106,7 +106,6 @@ private Q_SLOTS:
 
     void replaceSubstring_data();
     void replaceSubstring();
-    void setters();
 };
 
 void tst_Parser::items_data()
@@ -534,31 +533,6 @@ void tst_Parser::replaceSubstring()
     const QString result = lwToolBox::replaceSubstring(target, replacement, text);
     QCOMPARE(result, expected);
     QCOMPARE(result.isNull(), expected.isNull());
-}
-
-void tst_Parser::setters()
-{
-    XmlTag tag;
-    QVERIFY(tag.getData().isNull());
-    QVERIFY(!tag.isClosing());
-    tag.setData(u"t"_s);
-    tag.setClosing(true);
-    QCOMPARE(tag.getData(), u"t"_s);
-    QVERIFY(tag.isClosing());
-
-    DbItem item;
-    QVERIFY(item.getName().isNull());
-    QVERIFY(!item.isNewParent() && !item.isParentClosed() && !item.isGrandParentClosed());
-    item.setParentClosed(true);
-    item.setGrandParentClosed(true);
-    QVERIFY(item.isParentClosed());
-    QVERIFY(item.isGrandParentClosed());
-    item.setName(u"n"_s);
-    item.setName(QString());
-    QVERIFY(item.getName().isNull());
-
-    lwToolBox toolBox;
-    toolBox.myAction(nullptr);
 }
 
 QTEST_GUILESS_MAIN(tst_Parser)

@@ -1,0 +1,367 @@
+#include "core/lwDataSource.h"
+#include "products/Item.h"
+#include "products/WebsiteExport.h"
+#include "support/LogCapture.h"
+#include "support/ScriptedPlatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// What every fragment starts and ends with.
+const QString kOpen = u"<div class = \"singlelinepayment\"><div class = \"price\">"_s;
+const QString kClose = u"\n<div style = \"clear:both; height:1px;\"></div>\n</div>"_s;
+
+std::shared_ptr<Item> makeItem(const QString &code, const QString &folder, const QString &price = u"12.00"_s)
+{
+    auto item = std::make_shared<Item>();
+    item->setCode(code);
+    item->setWebsiteFolder(folder);
+    item->setPrice(price);
+    item->setQty(u"3"_s);
+    item->setQuantityMethod(u"Out of stock / in stock"_s);
+    item->setButtonCode(u"<form>buy</form>"_s);
+    return item;
+}
+
+QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+} // namespace
+
+class tst_WebsiteExport : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void fragment_data();
+    void fragment();
+    void objectPath_data();
+    void objectPath();
+    void writesUtf8OverAnEarlierFile();
+    void missingObjectsFolderIsLoggedNotCreated();
+    void tildeIsNotExpanded();
+    void codesOutsideTheObjectsFolderAreRefused_data();
+    void codesOutsideTheObjectsFolderAreRefused();
+    void bulkExportTakesFlaggedItemsInOrder();
+    void chooseFolder_data();
+    void chooseFolder();
+    void cancelledChooserKeepsTheFolder();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString site() const { return m_dir->filePath(u"site"_s); }
+};
+
+void tst_WebsiteExport::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+    QVERIFY(QDir().mkpath(site() + u"/objects"_s));
+}
+
+void tst_WebsiteExport::cleanup()
+{
+    m_dir.reset();
+}
+
+void tst_WebsiteExport::fragment_data()
+{
+    QTest::addColumn<QString>("variation");
+    QTest::addColumn<QString>("price");
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<QString>("qty");
+    QTest::addColumn<bool>("hideButton");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("expected");
+
+    const QString inOut = u"Out of stock / in stock"_s;
+    const QString show = u"Show quantity"_s;
+    const QString whenOut = u"Just when out of stock"_s;
+
+    QTest::addRow("in stock, whole pounds") << u""_s << u"12.00"_s << inOut << u"3"_s << true << u"B"_s
+                                            << u"<div class = \"singlelinepayment\"><div class = \"price\">"
+                                               u"<strong>&pound;12</strong><% smt:instock %></div>\nB"
+                                               u"\n<div style = \"clear:both; height:1px;\"></div>\n</div>"_s;
+    QTest::addRow("out of stock hides the button")
+        << u""_s << u"12.00"_s << inOut << u"0"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;12</strong><% smt:OOS %></div>\n"_s + kClose;
+    QTest::addRow("out of stock keeps the button when not hidden")
+        << u""_s << u"12.00"_s << inOut << u"0"_s << false << u"B"_s
+        << kOpen + u"<strong>&pound;12</strong><% smt:OOS %></div>\nB"_s + kClose;
+    QTest::addRow("negative stock is out of stock")
+        << u""_s << u"4.99"_s << inOut << u"-2"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;4.99</strong><% smt:OOS %></div>\n"_s + kClose;
+    QTest::addRow("empty qty counts as none")
+        << u""_s << u"4.99"_s << inOut << u""_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;4.99</strong><% smt:OOS %></div>\n"_s + kClose;
+    QTest::addRow("qty read up to the first non-digit")
+        << u""_s << u"4.99"_s << inOut << u"3 boxes"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;4.99</strong><% smt:instock %></div>\nB"_s + kClose;
+    QTest::addRow("show quantity in stock has class OOS")
+        << u""_s << u"12.00"_s << show << u"5"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;12</strong><span class = \"OOS\">Quantity:5</span></div>\nB"_s + kClose;
+    QTest::addRow("show quantity out of stock has class instock")
+        << u""_s << u"12.00"_s << show << u"0"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;12</strong><span class = \"instock\">Quantity:0</span></div>\n"_s + kClose;
+    // The quantity comes after the ".00" removal and is shown as typed.
+    QTest::addRow("show quantity keeps the qty text")
+        << u""_s << u"12.00"_s << show << u"2.00"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;12</strong><span class = \"OOS\">Quantity:2.00</span></div>\nB"_s + kClose;
+    QTest::addRow("just when out of stock, in stock") << u""_s << u"12.00"_s << whenOut << u"4"_s << true << u"B"_s
+                                                      << kOpen + u"<strong>&pound;12</strong></div>\nB"_s + kClose;
+    QTest::addRow("just when out of stock, none left")
+        << u""_s << u"12.00"_s << whenOut << u"0"_s << true << u"B"_s
+        << kOpen + u"<strong>&pound;12</strong><% smt:OOS %></div>\n"_s + kClose;
+    QTest::addRow("no method shows no stock") << u""_s << u"12.00"_s << u""_s << u"0"_s << false << u"B"_s
+                                              << kOpen + u"<strong>&pound;12</strong></div>\nB"_s + kClose;
+    QTest::addRow("methods match exactly") << u""_s << u"12.00"_s << u"show quantity"_s << u"0"_s << true << u"B"_s
+                                           << kOpen + u"<strong>&pound;12</strong></div>\n"_s + kClose;
+    QTest::addRow("pence are kept") << u""_s << u"10.50"_s << inOut << u"1"_s << true << u"B"_s
+                                    << kOpen + u"<strong>&pound;10.50</strong><% smt:instock %></div>\nB"_s + kClose;
+    QTest::addRow("hundred pounds") << u""_s << u"100.00"_s << inOut << u"1"_s << true << u"B"_s
+                                    << kOpen + u"<strong>&pound;100</strong><% smt:instock %></div>\nB"_s + kClose;
+    QTest::addRow("removal is literal") << u""_s << u"1.005"_s << inOut << u"1"_s << true << u"B"_s
+                                        << kOpen + u"<strong>&pound;15</strong><% smt:instock %></div>\nB"_s + kClose;
+    // One pass over the text: the ".00" that the removal itself brings
+    // together stays.
+    QTest::addRow("removal is one pass") << u""_s << u"5.0.000"_s << inOut << u"1"_s << true << u"B"_s
+                                         << kOpen + u"<strong>&pound;5.00</strong><% smt:instock %></div>\nB"_s +
+                                                kClose;
+    QTest::addRow("variation before the price")
+        << u"Large"_s << u"7.25"_s << inOut << u"1"_s << true << u"B"_s
+        << kOpen + u"Large : <strong>&pound;7.25</strong><% smt:instock %></div>\nB"_s + kClose;
+    QTest::addRow("variation loses its .00 too")
+        << u"1.00 kg"_s << u"3.00"_s << inOut << u"1"_s << true << u"B"_s
+        << kOpen + u"1 kg : <strong>&pound;3</strong><% smt:instock %></div>\nB"_s + kClose;
+    QTest::addRow("button code is left as it is")
+        << u""_s << u"2.00"_s << u""_s << u"1"_s << true << u"<input value=\"2.00\">\n<b>&amp;</b>"_s
+        << kOpen + u"<strong>&pound;2</strong></div>\n<input value=\"2.00\">\n<b>&amp;</b>"_s + kClose;
+    QTest::addRow("empty price") << u""_s << u""_s << u""_s << u"1"_s << true << u""_s
+                                 << kOpen + u"<strong>&pound;</strong></div>\n"_s + kClose;
+}
+
+void tst_WebsiteExport::fragment()
+{
+    QFETCH(QString, variation);
+    QFETCH(QString, price);
+    QFETCH(QString, method);
+    QFETCH(QString, qty);
+    QFETCH(bool, hideButton);
+    QFETCH(QString, button);
+    QFETCH(QString, expected);
+    Item item;
+    item.setVariation(variation);
+    item.setPrice(price);
+    item.setQuantityMethod(method);
+    item.setQty(qty);
+    item.setHideButtonCode(hideButton);
+    item.setButtonCode(button);
+    QCOMPARE(WebsiteExport::fragment(item), expected);
+}
+
+void tst_WebsiteExport::objectPath_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("expected");
+    QTest::addRow("default folder") << u"~/sites/mysite/"_s << u"P12"_s << u"~/sites/mysite/objects/LwkItemP12"_s;
+    QTest::addRow("no trailing slash") << u"/srv/shop"_s << u"P12"_s << u"/srv/shop/objects/LwkItemP12"_s;
+    QTest::addRow("root") << u"/"_s << u"x y"_s << u"/objects/LwkItemx y"_s;
+    QTest::addRow("no folder") << u""_s << u"P12"_s << u"objects/LwkItemP12"_s;
+}
+
+void tst_WebsiteExport::objectPath()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, code);
+    QFETCH(QString, expected);
+    Item item;
+    item.setWebsiteFolder(folder);
+    item.setCode(code);
+    QCOMPARE(WebsiteExport::objectPath(item), expected);
+}
+
+void tst_WebsiteExport::writesUtf8OverAnEarlierFile()
+{
+    const QString path = site() + u"/objects/LwkItemP12"_s;
+    {
+        QFile earlier(path);
+        QVERIFY(earlier.open(QIODevice::WriteOnly));
+        earlier.write(QByteArray(4096, 'x'));
+    }
+    auto item = makeItem(u"P12"_s, site()); // no trailing slash
+    item->setVariation(u"Größe ½"_s);
+    LogCapture log;
+    QVERIFY(WebsiteExport::exportItemAsSitemossObject(*item));
+    QCOMPARE(fileBytes(path), QByteArray("<div class = \"singlelinepayment\"><div class = \"price\">"
+                                         "Gr\xc3\xb6\xc3\x9f"
+                                         "e \xc2\xbd : <strong>&pound;12</strong><% smt:instock %></div>\n"
+                                         "<form>buy</form>\n<div style = \"clear:both; height:1px;\"></div>\n</div>"));
+    QCOMPARE(log.lines(), QStringList());
+    // Nothing left beside it (the atomic write's temporary file is gone).
+    QCOMPARE(QDir(site() + u"/objects"_s).entryList(QDir::Files), QStringList{u"LwkItemP12"_s});
+}
+
+void tst_WebsiteExport::missingObjectsFolderIsLoggedNotCreated()
+{
+    const QString bare = m_dir->filePath(u"bare/"_s);
+    QVERIFY(QDir().mkpath(bare));
+    auto item = makeItem(u"P7"_s, bare);
+    LogCapture log;
+    QVERIFY(!WebsiteExport::exportItemAsSitemossObject(*item));
+    QCOMPARE(log.lines(), QStringList{u"Unsuccessful exporting data to "_s + bare + u"objects/LwkItemP7\n"_s});
+    QVERIFY(!QFileInfo::exists(bare + u"objects"_s));
+
+    // A missing website folder fails the same way.
+    log.clear();
+    item->setWebsiteFolder(m_dir->filePath(u"nowhere"_s));
+    QVERIFY(!WebsiteExport::exportItemAsSitemossObject(*item));
+    QCOMPARE(log.lines(),
+             QStringList{u"Unsuccessful exporting data to "_s + m_dir->filePath(u"nowhere/objects/LwkItemP7\n"_s)});
+    QVERIFY(!QFileInfo::exists(m_dir->filePath(u"nowhere"_s)));
+}
+
+void tst_WebsiteExport::tildeIsNotExpanded()
+{
+    // "~" is an ordinary folder name here: with the working folder holding a
+    // folder of that name, the object lands there and not in the home folder.
+    const QByteArray oldHome = qgetenv("HOME");
+    const QString oldCurrent = QDir::currentPath();
+    QVERIFY(QDir().mkpath(m_dir->filePath(u"home/sites/mysite/objects"_s)));
+    QVERIFY(QDir().mkpath(m_dir->filePath(u"work/~/sites/mysite/objects"_s)));
+    qputenv("HOME", QFile::encodeName(m_dir->filePath(u"home"_s)));
+    QVERIFY(QDir::setCurrent(m_dir->filePath(u"work"_s)));
+
+    const auto item = makeItem(u"P1"_s, Item().getWebsiteFolder());
+    const bool written = WebsiteExport::exportItemAsSitemossObject(*item);
+    QDir::setCurrent(oldCurrent);
+    qputenv("HOME", oldHome);
+
+    QVERIFY(written);
+    QCOMPARE(fileBytes(m_dir->filePath(u"work/~/sites/mysite/objects/LwkItemP1"_s)),
+             WebsiteExport::fragment(*item).toUtf8());
+    QVERIFY(!QFileInfo::exists(m_dir->filePath(u"home/sites/mysite/objects/LwkItemP1"_s)));
+}
+
+void tst_WebsiteExport::codesOutsideTheObjectsFolderAreRefused_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addRow("climbs out") << u"../LwkItemX"_s;
+    QTest::addRow("parent alone") << u".."_s;
+    QTest::addRow("into a sub-folder") << u"a/b"_s;
+    QTest::addRow("dots inside") << u"x..y"_s;
+    QTest::addRow("empty") << u""_s;
+}
+
+void tst_WebsiteExport::codesOutsideTheObjectsFolderAreRefused()
+{
+    QFETCH(QString, code);
+    // Folders the path could reach if it were written.
+    QVERIFY(QDir().mkpath(site() + u"/objects/LwkItema"_s));
+    QVERIFY(QDir().mkpath(site() + u"/objects/LwkItem"_s));
+    const auto item = makeItem(code, site() + u"/"_s);
+    LogCapture log;
+    QVERIFY(!WebsiteExport::exportItemAsSitemossObject(*item));
+    QCOMPARE(log.lines(), QStringList{u"Not exporting the item with the code \""_s + code +
+                                      u"\": its page object would not be a file of the objects folder ("_s + site() +
+                                      u"/objects/LwkItem"_s + code + u")"_s});
+    QCOMPARE(QDir(site()).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(site() + u"/objects"_s).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(site() + u"/objects/LwkItema"_s).entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(site() + u"/objects/LwkItem"_s).entryList(QDir::Files), QStringList());
+}
+
+void tst_WebsiteExport::bulkExportTakesFlaggedItemsInOrder()
+{
+    const QString other = m_dir->filePath(u"other/"_s);
+    QVERIFY(QDir().mkpath(other + u"objects"_s));
+
+    lwDataSource items;
+    auto shown = makeItem(u"A"_s, site());
+    shown->setExportSitemoss(true);
+    auto hidden = makeItem(u"B"_s, other, u"8.00"_s);
+    hidden->setExportSitemoss(true);
+    hidden->setVisible(false);
+    auto unflagged = makeItem(u"C"_s, site());
+    auto first = makeItem(u"DUP"_s, site(), u"1.00"_s);
+    first->setExportSitemoss(true);
+    auto second = makeItem(u"DUP"_s, site(), u"2.00"_s);
+    second->setExportSitemoss(true);
+    auto lostA = makeItem(u"L1"_s, m_dir->filePath(u"gone1"_s));
+    lostA->setExportSitemoss(true);
+    auto lostB = makeItem(u"L2"_s, m_dir->filePath(u"gone2"_s));
+    lostB->setExportSitemoss(true);
+    for (const auto &item : {shown, lostB, hidden, unflagged, first, lostA, second})
+        items.add(item);
+
+    ScriptedPlatform platform;
+    LogCapture log;
+    WebsiteExport::exportAsSitemossObjects(items, &platform);
+
+    QCOMPARE(QDir(site() + u"/objects"_s).entryList(QDir::Files, QDir::Name),
+             (QStringList{u"LwkItemA"_s, u"LwkItemDUP"_s}));
+    QCOMPARE(fileBytes(site() + u"/objects/LwkItemA"_s), WebsiteExport::fragment(*shown).toUtf8());
+    QCOMPARE(fileBytes(other + u"objects/LwkItemB"_s), WebsiteExport::fragment(*hidden).toUtf8());
+    // The later of two items with one code is the one left on disk.
+    QCOMPARE(fileBytes(site() + u"/objects/LwkItemDUP"_s), WebsiteExport::fragment(*second).toUtf8());
+    // Failures are logged in collection order and do not stop the export.
+    QCOMPARE(log.lines(), (QStringList{
+                              u"Unsuccessful exporting data to "_s + m_dir->filePath(u"gone2/objects/LwkItemL2\n"_s),
+                              u"Unsuccessful exporting data to "_s + m_dir->filePath(u"gone1/objects/LwkItemL1\n"_s),
+                          }));
+
+    QCOMPARE(platform.alerts.size(), 1);
+    QCOMPARE(platform.alerts[0].title, u"Export"_s);
+    QCOMPARE(platform.alerts[0].informativeText, u"Finished exporting items."_s);
+    QCOMPARE(platform.alerts[0].buttons, QStringList{u"OK"_s});
+}
+
+void tst_WebsiteExport::chooseFolder_data()
+{
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<QString>("startsIn");
+    QTest::addRow("trailing slash") << u"/srv/www/shop/"_s << u"/srv/www"_s;
+    QTest::addRow("no trailing slash") << u"/srv/www/shop"_s << u"/srv/www"_s;
+    QTest::addRow("top folder") << u"/shop"_s << u"/"_s;
+    QTest::addRow("under home") << u"~/sites/mysite/"_s << QDir::homePath() + u"/sites"_s;
+    QTest::addRow("bare name") << u"shop"_s << u""_s;
+}
+
+void tst_WebsiteExport::chooseFolder()
+{
+    QFETCH(QString, current);
+    QFETCH(QString, startsIn);
+    ScriptedPlatform platform;
+    platform.panelAnswers.enqueue(u"/home/me/sites/newshop"_s);
+    QCOMPARE(WebsiteExport::selectWebsiteLocation(&platform, current), u"/home/me/sites/newshop"_s);
+    QCOMPARE(platform.panels.size(), 1);
+    const Platform::Panel &panel = platform.panels[0];
+    QCOMPARE(panel.title, u"Choose a Sitemoss website folder"_s);
+    QVERIFY(panel.chooseDirectories);
+    QCOMPARE(panel.directory, startsIn);
+    QVERIFY(platform.alerts.isEmpty());
+}
+
+void tst_WebsiteExport::cancelledChooserKeepsTheFolder()
+{
+    ScriptedPlatform platform; // no answer queued: the panel is cancelled
+    QCOMPARE(WebsiteExport::selectWebsiteLocation(&platform, u"~/sites/mysite/"_s), u"~/sites/mysite/"_s);
+    QCOMPARE(platform.panels.size(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_WebsiteExport)
+#include "tst_websiteexport.moc"
