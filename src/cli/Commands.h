@@ -8,3 +8,5 @@ int convertCommand(const QStringList &args);
 int checkCommand(const QStringList &args);
 int saveCommand(const QStringList &args);
 int websiteExportCommand(const QStringList &args);
+int exportCommand(const QStringList &args);
+int importCommand(const QStringList &args);

@@ -25,6 +25,11 @@ const Command kCommands[] = {
      convertCommand},
     {"website-export", "website-export [--db BUNDLE] export the page objects of the items marked for the website",
      websiteExportCommand},
+    {"export",
+     "export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] [--order ID]\n"
+     "         [--output FILE] [--db BUNDLE]  write a list as the app's export does",
+     exportCommand},
+    {"import", "import KIND FILE [--db BUNDLE] import a tab-separated file into a list, then save", importCommand},
 };
 
 void printHelp(FILE *out)

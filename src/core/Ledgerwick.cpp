@@ -1,5 +1,6 @@
 #include "core/Ledgerwick.h"
 
+#include "accounts/Action.h"
 #include "accounts/Bill.h"
 #include "contacts/Contact.h"
 #include "core/CalendarDate.h"
@@ -15,6 +16,7 @@
 #include "orders/Order.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
+#include "products/Item.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,8 +37,15 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     // Until each manager brings its own rules, its list is a plain table of
     // its records, dates sorting as dates where the record kind says so.
     const RecordTable::DateTest dateTests[] = {{}, &Order::isDate, {}, {}, &Bill::isDate, {}};
+    // The import makes plain default records until a manager brings its own.
+    const RecordTable::Factory factories[] = {
+        [] { return std::make_shared<Contact>(); }, [] { return std::make_shared<Order>(); },
+        [] { return std::make_shared<Item>(); },    [] { return std::make_shared<Material>(); },
+        [] { return std::make_shared<Bill>(); },    [] { return std::make_shared<Action>(); },
+    };
     for (const auto &file : DatabaseStore::files()) {
         auto *collection = new RecordTable(dateTests[size_t(file.kind)], this);
+        collection->setFactory(factories[size_t(file.kind)]);
         collection->setObjectName(QString::fromLatin1(file.name));
         collection->setLedgerwick(this);
         m_managers[size_t(file.kind)] = collection;

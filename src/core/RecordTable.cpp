@@ -14,3 +14,15 @@ bool RecordTable::isDateColumn(const QString &identifier) const
 {
     return m_isDate && m_isDate(identifier);
 }
+
+dataObject *RecordTable::createAndAddDataObject()
+{
+    if (!m_factory)
+        return nullptr;
+    std::shared_ptr<dataObject> record = m_factory();
+    if (!record)
+        return nullptr;
+    dataObject *added = record.get();
+    add(std::move(record));
+    return added;
+}

@@ -1,10 +1,15 @@
 #include "core/lwDataSource.h"
 
 #include "core/Ledgerwick.h"
+#include "core/Log.h"
 #include "core/Platform.h"
+
+#include <QFile>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 
 lwDataSource::lwDataSource(QObject *parent) : QAbstractTableModel(parent)
 {
@@ -402,6 +407,164 @@ void lwDataSource::reloadData()
     beginResetModel();
     invalidateIndexes();
     endResetModel();
+}
+
+// --- import ------------------------------------------------------------------
+
+namespace {
+
+const QLatin1String kImportContext("Import Data");
+
+// White space and line breaks off both ends, then double quotes, then white
+// space again: quotes are only ever stripped at the ends.
+QString cleanImportField(const QString &field)
+{
+    const QString trimmed = field.trimmed();
+    qsizetype from = 0;
+    qsizetype to = trimmed.size();
+    while (from < to && trimmed.at(from) == QLatin1Char('"'))
+        ++from;
+    while (to > from && trimmed.at(to - 1) == QLatin1Char('"'))
+        --to;
+    return trimmed.mid(from, to - from).trimmed();
+}
+
+// The file's text, decoded by its byte-order mark or else as UTF-8; null when
+// the file cannot be read or is not valid in that encoding.
+QString readImportFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray bytes = file.readAll();
+    const std::optional<QStringConverter::Encoding> bom = QStringConverter::encodingForData(bytes);
+    QStringDecoder decoder(bom.value_or(QStringConverter::Utf8));
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError())
+        return {};
+    if (text.isNull())
+        text = QString(QLatin1String("")); // an empty file is still a file read
+    return text;
+}
+
+} // namespace
+
+void lwDataSource::importData(QObject *)
+{
+    Platform *platform = m_ledgerwick ? m_ledgerwick->platform() : nullptr;
+    if (!platform)
+        return;
+    const QString path =
+        platform->openPanel({lwTr("Import Data"), {QStringLiteral("csv"), QStringLiteral("tdl")}, QString()});
+    openPanelDidEnd(path, path.isEmpty() ? 0 : 1, kImportContext);
+}
+
+void lwDataSource::openPanelDidEnd(const QString &path, int returnCode, const QString &contextInfo)
+{
+    if (returnCode != 1 || contextInfo != kImportContext)
+        return;
+    lwLog(QStringLiteral("Importing Data"));
+    const QString text = readImportFile(path);
+    if (text.isNull())
+        lwLog(QStringLiteral("can't open"));
+    importText(text);
+}
+
+int lwDataSource::importText(const QString &text)
+{
+    Platform *platform = m_ledgerwick ? m_ledgerwick->platform() : nullptr;
+    auto tell = [platform](const QString &title, const QString &message) {
+        if (platform)
+            platform->alert({title, message, {lwTr("OK")}, Platform::AlertStyle::Warning});
+    };
+
+    // Unreadable text has no lines at all, so it ends with "0 records imported".
+    QStringList lines;
+    if (!text.isNull()) {
+        lines = text.split(QLatin1Char('\r'));
+        if (lines.size() == 1)
+            lines = text.split(QLatin1Char('\n'));
+    }
+    if (lines.size() == 1) {
+        tell(lwTr("No Data"), lwTr("Only one row found in csv file"));
+        return 0;
+    }
+
+    QStringList headings;
+    if (!lines.isEmpty()) {
+        const QStringList raw = lines.first().split(QLatin1Char('\t'));
+        for (const QString &heading : raw) {
+            headings << cleanImportField(heading);
+            lwLog(QStringLiteral("Header: ") + headings.last());
+        }
+    }
+
+    struct Row
+    {
+        int line;
+        QStringList values;
+    };
+    std::vector<Row> rows;
+    for (int i = 1; i < lines.size(); ++i) {
+        lwLog(QStringLiteral("row: %1").arg(i));
+        const QStringList fields = lines.at(i).split(QLatin1Char('\t'));
+        if (fields.size() <= 1 || headings.size() <= 1)
+            continue;
+        if (fields.size() != headings.size())
+            tell(lwTr("Bad Data"), lwTr("Row %1 has a different number of fields (%2) than there are headers (%3)")
+                                       .arg(i)
+                                       .arg(fields.size())
+                                       .arg(headings.size()));
+        Row row{i, {}};
+        for (qsizetype h = 0; h < headings.size(); ++h) {
+            // A short row ends the whole import: nothing from the file is kept.
+            if (h >= fields.size())
+                return 0;
+            row.values << cleanImportField(fields.at(h));
+            lwLog(headings.at(h) + QStringLiteral(": ") + row.values.last());
+        }
+        rows.push_back(std::move(row));
+    }
+
+    int added = 0;
+    for (const Row &row : rows) {
+        dataObject *record = createAndAddDataObject();
+        if (!record) {
+            tell(lwTr("Import stopped"), lwTr("This list cannot import records."));
+            return added;
+        }
+        ++added;
+        QString refused;
+        for (qsizetype h = 0; h < headings.size() && refused.isEmpty(); ++h)
+            if (!record->setFieldByName(headings.at(h), row.values.at(h)))
+                refused = headings.at(h);
+        const QString comments = QStringLiteral("comments");
+        if (refused.isEmpty() &&
+            !record->setFieldByName(comments, QStringLiteral("Imported using Ledgerwick import routine\n") +
+                                                  record->getFieldByName(comments)))
+            refused = comments;
+        if (!refused.isEmpty()) {
+            // The record made so far and those before it stay in the list.
+            tell(lwTr("Import stopped"),
+                 lwTr("The import stopped at row %1: the field \"%2\" cannot be set by an import. %3 records, "
+                      "this row's included, were added to the list.")
+                     .arg(QString::number(row.line), refused, QString::number(added)));
+            return added;
+        }
+    }
+
+    reloadData();
+    if (platform)
+        platform->alert({lwTr("Import successful"),
+                         lwTr("%1 records imported").arg(qsizetype(rows.size())),
+                         {lwTr("OK")},
+                         Platform::AlertStyle::Informational});
+    return added;
+}
+
+dataObject *lwDataSource::createAndAddDataObject()
+{
+    return nullptr;
 }
 
 // --- the table ---------------------------------------------------------------

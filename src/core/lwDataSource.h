@@ -94,6 +94,23 @@ public:
     // Tells every view that the rows may all have changed (after filtering).
     void reloadData();
 
+    // --- import -------------------------------------------------------------
+    // Asks for a tab-separated file ("csv" or "tdl") and imports it into this
+    // collection. Not refused while read-only: the records wait for a save.
+    void importData(QObject *sender);
+    // The open panel's answer: imports the file when the code is 1 and the
+    // context is "Import Data". The text is decoded by its byte-order mark,
+    // else as strict UTF-8; a file that is neither imports nothing.
+    void openPanelDidEnd(const QString &path, int returnCode, const QString &contextInfo);
+    // Imports tab-separated text, the first line holding the field names, with
+    // every alert and log line of the import; nothing is saved. A null text
+    // stands for a file that could not be read. Answers the number of records
+    // added to the collection.
+    int importText(const QString &text);
+    // A new record with its defaults, already added (so it has its id); none
+    // when this list cannot import.
+    virtual dataObject *createAndAddDataObject();
+
     // --- the table --------------------------------------------------------
     void setColumns(const QList<Column> &columns);
     const QList<Column> &columns() const { return m_columns; }

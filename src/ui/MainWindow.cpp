@@ -1,5 +1,6 @@
 #include "ui/MainWindow.h"
 
+#include "core/DefaultColumns.h"
 #include "core/Ledgerwick.h"
 #include "core/lwKeyResponder.h"
 #include "core/Platform.h"
@@ -83,37 +84,22 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
         tabs->addTab(page, title);
     };
     addTab(m_tabs,
-           makeList(m_ledgerwick->getContactManager(),
-                    {col("name", "Name", 180), col("companyname", "Company", 160), col("phone", "Phone", 110),
-                     col("email", "Email", 180), col("type", "Type", 90), col("kind", "Kind", 110)},
-                    true),
+           makeList(m_ledgerwick->getContactManager(), DefaultColumns::forKind(DatabaseStore::Kind::Contacts), true),
            QStringLiteral("1"), lwTr("Contacts"));
     addTab(m_tabs,
-           makeList(m_ledgerwick->getOrderManager(),
-                    {col("orderNum", "Number", 80), col("date", "Date", 80), col("title", "Title", 220),
-                     col("status", "Status", 90), col("value", "Value", 90), col("balance", "Balance", 90)},
-                    false),
+           makeList(m_ledgerwick->getOrderManager(), DefaultColumns::forKind(DatabaseStore::Kind::Orders), false),
            QStringLiteral("2"), lwTr("Orders"));
     addTab(m_tabs,
-           makeList(m_ledgerwick->getItemManager(),
-                    {col("code", "Code", 80), col("item", "Item", 220), col("qty", "Qty", 60),
-                     col("price", "Price", 80), col("bought", "Cost", 80), col("status", "Status", 90)},
-                    false),
+           makeList(m_ledgerwick->getItemManager(), DefaultColumns::forKind(DatabaseStore::Kind::Items), false),
            QStringLiteral("3"), lwTr("Items"));
     addTab(m_tabs,
-           makeList(m_ledgerwick->getActionManager(),
-                    {col("title", "Title", 220), col("startdate", "Start", 80), col("enddate", "End", 80),
-                     col("totaltime", "Time", 60), col("totalcharge", "Charge", 80), col("complete", "Done", 50)},
-                    false),
+           makeList(m_ledgerwick->getActionManager(), DefaultColumns::forKind(DatabaseStore::Kind::Actions), false),
            QStringLiteral("tabActions"), lwTr("Tasks"));
 
     m_accountsTabs = new QTabWidget;
     m_accountsTabs->setObjectName(QStringLiteral("accountsTabView"));
     addTab(m_accountsTabs,
-           makeList(m_ledgerwick->getBillManager(),
-                    {col("number", "Number", 80), col("datepaid", "Date Paid", 90), col("name", "Name", 180),
-                     col("category", "Category", 110), col("amount", "Amount", 90), col("vat", "VAT", 80)},
-                    false),
+           makeList(m_ledgerwick->getBillManager(), DefaultColumns::forKind(DatabaseStore::Kind::Bills), false),
            QStringLiteral("1"), lwTr("Bills"));
     // Money in and the statement fill once their reports are in place.
     m_moneyIn = new RecordTable({}, this);
@@ -292,6 +278,10 @@ void MainWindow::buildMenus()
     QAction *newRecord = file->addAction(lwTr("&New"), this, &MainWindow::newMenuItem);
     newRecord->setShortcut(QKeySequence::New);
     file->addSeparator();
+    file->addAction(lwTr("&Import…"), this, [this] {
+        if (lwDataSource *source = frontDataSource())
+            source->importData(nullptr);
+    });
     QAction *csv = file->addAction(lwTr("Export to &Spreadsheet…"), this, &MainWindow::exportCSVMenuItem);
     csv->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     file->addAction(lwTr("Export to &HTML…"), this, &MainWindow::exportHTMLMenuItem);

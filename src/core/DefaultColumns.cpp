@@ -1,0 +1,38 @@
+#include "core/DefaultColumns.h"
+
+#include "core/Platform.h"
+
+namespace {
+
+lwDataSource::Column col(const char *identifier, const char *title, int width)
+{
+    return {QString::fromLatin1(identifier), lwTr(title), width};
+}
+
+} // namespace
+
+QList<lwDataSource::Column> DefaultColumns::forKind(DatabaseStore::Kind kind)
+{
+    using Kind = DatabaseStore::Kind;
+    switch (kind) {
+    case Kind::Contacts:
+        return {col("name", "Name", 180),   col("companyname", "Company", 160),
+                col("phone", "Phone", 110), col("email", "Email", 180),
+                col("type", "Type", 90),    col("kind", "Kind", 110)};
+    case Kind::Orders:
+        return {col("orderNum", "Number", 80), col("date", "Date", 80),   col("title", "Title", 220),
+                col("status", "Status", 90),   col("value", "Value", 90), col("balance", "Balance", 90)};
+    case Kind::Items:
+        return {col("code", "Code", 80),   col("item", "Item", 220),  col("qty", "Qty", 60),
+                col("price", "Price", 80), col("bought", "Cost", 80), col("status", "Status", 90)};
+    case Kind::Materials:
+        break; // shown only in the order editor, which has no list of its own yet
+    case Kind::Bills:
+        return {col("number", "Number", 80),      col("datepaid", "Date Paid", 90), col("name", "Name", 180),
+                col("category", "Category", 110), col("amount", "Amount", 90),      col("vat", "VAT", 80)};
+    case Kind::Actions:
+        return {col("title", "Title", 220),   col("startdate", "Start", 80),    col("enddate", "End", 80),
+                col("totaltime", "Time", 60), col("totalcharge", "Charge", 80), col("complete", "Done", 50)};
+    }
+    return {};
+}
