@@ -5,7 +5,11 @@
 #include "contacts/Contact.h"
 #include "core/CalendarDate.h"
 #include "core/DatabasePaths.h"
+#include "contacts/ContactManager.h"
 #include "core/Log.h"
+#include "products/ItemManager.h"
+#include "products/Picker.h"
+#include "products/SupplierDataSource.h"
 #include "core/lwDataSource.h"
 #include "core/lwDateFormatter.h"
 #include "core/NumberText.h"
@@ -50,6 +54,25 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
         collection->setLedgerwick(this);
         m_managers[size_t(file.kind)] = collection;
     }
+
+    // The managers whose rules have landed take the place of their plain lists.
+    auto *contacts = new ContactManager;
+    contacts->setObjectName(QStringLiteral("contacts"));
+    setManager(Kind::Contacts, contacts);
+    auto *items = new ItemManager;
+    items->setObjectName(QStringLiteral("items"));
+    setManager(Kind::Items, items);
+
+    m_supplierDataSource = new SupplierDataSource(this);
+    m_supplierDataSource->setLedgerwick(this);
+    m_supplierDataSource->setContactManager(contacts);
+    m_picker = new Picker(this);
+    m_picker->setLedgerwick(this);
+    items->setSupplierSource(m_supplierDataSource);
+    items->setPickerOpener([picker = m_picker](lwDataSource *source, const QString &field1, const QString &field2,
+                                               const QString &type, std::function<void(dataObject *)> done) {
+        picker->beginfor(std::move(done), source, field1, field2, type);
+    });
 }
 
 Ledgerwick::~Ledgerwick() = default;
@@ -73,6 +96,8 @@ void Ledgerwick::applicationShouldTerminate()
 {
     m_prefs->OKButton(this);
     writeDatabase(this);
+    if (auto *items = dynamic_cast<ItemManager *>(getItemManager()))
+        items->disconnectWindow(this);
 }
 
 void Ledgerwick::setManager(Kind kind, lwDataSource *manager)

@@ -11,6 +11,10 @@
 #include <memory>
 
 class Contact;
+class ContactManager;
+class ItemManager;
+class Picker;
+class SupplierDataSource;
 class Manual;
 class PrefsController;
 class lwDateFormatter;
@@ -32,6 +36,9 @@ public:
     void setPlatform(Platform *platform);
 
     PrefsController *getPrefsController() const { return m_prefs; }
+    // The pick-a-record panel and the list of supplier contacts it offers.
+    Picker *getPicker() const { return m_picker; }
+    SupplierDataSource *getSupplierDataSource() const { return m_supplierDataSource; }
     Manual *getManual() const { return m_manual; }
     // Created at start-up; none before.
     lwDateFormatter *getDateFormatter() const { return m_dateFormatter.get(); }
@@ -147,6 +154,8 @@ private:
     Platform *m_platform = nullptr; // not owned: the app, CLI or test installs it
     PrefsController *m_prefs = nullptr;
     Manual *m_manual = nullptr;
+    Picker *m_picker = nullptr;
+    SupplierDataSource *m_supplierDataSource = nullptr;
     std::unique_ptr<lwDateFormatter> m_dateFormatter;
     bool m_readOnly = false;
     std::array<lwDataSource *, 6> m_managers{};

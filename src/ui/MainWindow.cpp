@@ -26,6 +26,7 @@
 #include <QTabWidget>
 #include <QTextDocument>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include <cstdio>
 
@@ -344,6 +345,30 @@ void MainWindow::setTerms(const QString &order, const QString &orders, const QSt
             action->setText(QStringLiteral("New ") + order);
         if (action->objectName() == QLatin1String("itemItemIdentifier") && !action->text().isEmpty())
             action->setText(QStringLiteral("New ") + item);
+    }
+}
+
+void MainWindow::addListHeader(const lwDataSource *source, QWidget *header)
+{
+    QAbstractItemView *view = viewFor(source);
+    if (!view)
+        return;
+    for (int i = 0; i < m_tabs->count(); ++i) {
+        if (m_tabs->widget(i) != view)
+            continue;
+        const QString title = m_tabs->tabText(i);
+        auto *page = new QWidget;
+        page->setObjectName(view->objectName() + QStringLiteral("Page"));
+        page->setProperty("tabIdentifier", view->property("tabIdentifier"));
+        m_tabs->removeTab(i);
+        auto *layout = new QVBoxLayout(page);
+        layout->setContentsMargins(0, 4, 0, 0);
+        layout->setSpacing(4);
+        layout->addWidget(header);
+        layout->addWidget(view, 1);
+        view->show(); // taken out of the tab's stack, it was left hidden
+        m_tabs->insertTab(i, page, title);
+        return;
     }
 }
 

@@ -39,6 +39,8 @@ public:
     QAbstractItemView *viewFor(const lwDataSource *source) const;
     QTabWidget *tabs() const { return m_tabs; }
     QTabWidget *accountsTabs() const { return m_accountsTabs; }
+    // Puts a bar of controls (search field, filter) above a list's table.
+    void addListHeader(const lwDataSource *source, QWidget *header);
     // Selects the tab with the identifier ("1", "2", "3", "tabActions", ...).
     void selectTab(const QString &identifier);
 

@@ -1,5 +1,9 @@
 #include "core/Ledgerwick.h"
 #include "prefs/PrefsController.h"
+#include "products/ItemManager.h"
+#include "ui/ItemEditor.h"
+#include "ui/ItemListControls.h"
+#include "ui/PickerWindow.h"
 #include "ui/MainWindow.h"
 #include "ui/NotepadWindow.h"
 #include "ui/PrefsWindow.h"
@@ -23,6 +27,10 @@ int main(int argc, char *argv[])
     MainWindow window(&ledgerwick);
     platform.setWindow(&window);
     PrefsWindow prefsWindow(ledgerwick.getPrefsController(), &window);
+    auto *items = static_cast<ItemManager *>(ledgerwick.getItemManager());
+    window.addListHeader(items, new ItemListControls(items));
+    ItemEditor itemEditor(items, &window);
+    PickerWindow picker(ledgerwick.getPicker(), &window);
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();

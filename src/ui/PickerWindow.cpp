@@ -1,0 +1,65 @@
+#include "ui/PickerWindow.h"
+
+#include "core/Platform.h"
+#include "products/Picker.h"
+#include "ui/integrityTableView.h"
+
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+PickerWindow::PickerWindow(Picker *picker, QWidget *parent) : QDialog(parent), m_picker(picker)
+{
+    setObjectName(QStringLiteral("pickerWindow"));
+    setWindowModality(Qt::WindowModal);
+
+    m_searchBox = new QLineEdit(this);
+    m_searchBox->setObjectName(QStringLiteral("searchBox"));
+    m_searchBox->setClearButtonEnabled(true);
+    m_searchBox->setPlaceholderText(lwTr("Search"));
+
+    m_table = new integrityTableView(this);
+    m_table->setObjectName(QStringLiteral("pickerTable"));
+    m_table->setModel(picker);
+    m_table->horizontalHeader()->setSortIndicatorShown(false);
+    for (int i = 0; i < picker->columns().size(); ++i)
+        m_table->setColumnWidth(i, picker->columns().at(i).width);
+    picker->setTableSelection(m_table->selectionModel());
+
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_searchBox);
+    layout->addWidget(m_table);
+    layout->addWidget(m_buttons);
+    resize(420, 360);
+
+    // Programmatic changes of the field (clearing it on open) do not filter.
+    connect(m_searchBox, &QLineEdit::textEdited, picker, [picker](const QString &text) { picker->filter(text); });
+    connect(m_table->horizontalHeader(), &QHeaderView::sectionClicked, picker, [this, picker](int section) {
+        // Each click flips the order, as in every list.
+        QHeaderView *header = m_table->horizontalHeader();
+        const bool ascending = !header->property("lwAscending").toBool();
+        header->setProperty("lwAscending", ascending);
+        picker->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    });
+    connect(m_table, &QAbstractItemView::doubleClicked, picker, [picker] { picker->finish(nullptr); });
+    connect(m_buttons, &QDialogButtonBox::accepted, picker, [picker] { picker->finish(nullptr); });
+    // Cancel, Escape and the close button all end in reject().
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(this, &QDialog::rejected, picker, [picker] { picker->cancel(nullptr); });
+
+    connect(picker, &Picker::pickerShown, this, &PickerWindow::showPicker);
+    connect(picker, &Picker::pickerHidden, this, &QWidget::hide);
+}
+
+void PickerWindow::showPicker()
+{
+    setWindowTitle(m_picker->windowTitle());
+    m_searchBox->setText(m_picker->searchText());
+    show();
+    raise();
+    activateWindow();
+    m_searchBox->setFocus();
+}

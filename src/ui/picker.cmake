@@ -1,0 +1,2 @@
+# The picker's window.
+target_sources(ledgerwick_ui PRIVATE PickerWindow.cpp PickerWindow.h)

@@ -1,0 +1,642 @@
+#include "contacts/Contact.h"
+#include "core/DatabasePaths.h"
+#include "core/DatabaseStore.h"
+#include "core/Ledgerwick.h"
+#include "prefs/PrefsController.h"
+#include "products/Item.h"
+#include "products/ItemManager.h"
+#include "support/LogCapture.h"
+#include "support/ScriptedPlatform.h"
+
+#include <QAbstractItemModelTester>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QItemSelectionModel>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString alertText(const Platform::Alert &alert)
+{
+    return alert.title + u" | "_s + alert.informativeText + u" | "_s + alert.buttons.join(u", "_s);
+}
+
+QStringList codesShown(const ItemManager &items)
+{
+    QStringList codes;
+    for (int row = 0; row < items.numberOfRowsInTableView(); ++row)
+        codes << items.getnthVisibleItem(row)->getFieldByName(u"code"_s);
+    return codes;
+}
+
+QImage picture(QColor colour)
+{
+    QImage image(6, 4, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+} // namespace
+
+class tst_ItemManager : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void popUpsStartFilled();
+    void createGivesPrefixIdAndStockWarning();
+    void createIsRefusedWhileReadOnly();
+    void finishCopiesTheControlsButNotTheStatus();
+    void finishKeepsFieldsWhosePopUpShowsNothing();
+    void finishWhileReadOnlyOnlyHides();
+    void finishStoresTheWellsPictureOnly();
+    void cancelledCreationMakesTheNextCommitAddAgain();
+    void createSimilarCopiesTheCommittedItem();
+    void createSimilarNeedsAnItem();
+    void createAndAddDataObjectAddsADefaultItem();
+    void editLoadsTheSelectedItem();
+    void editWithoutSelectionDoesNothing();
+    void setItemIgnoresOtherRecords();
+    void deleteKeyAsksFirst_data();
+    void deleteKeyAsksFirst();
+    void deleteKeyWithoutSelectionAsksNothing();
+    void removeIsRefusedWhileReadOnly();
+    void deleteImageRemovesTheFileAtOnce();
+    void pictureFilesAndWebsiteFolder();
+    void pickSupplierOpensThePickerOnSuppliers();
+    void filter_data();
+    void filter();
+    void headerClickSortsLargestFirstWhenAscending();
+    void closingTheWindowCommits();
+
+private:
+    std::shared_ptr<Item> addItem(const QString &code, const QString &name, const QString &qty);
+    void select(int row);
+    QString itemsFile() const { return m_home->filePath(u"db.lwkdb/items.xml"_s); }
+    QString site() const { return m_home->filePath(u"site"_s); }
+
+    std::unique_ptr<QTemporaryDir> m_home;
+    std::unique_ptr<ScriptedPlatform> m_platform;
+    std::unique_ptr<Ledgerwick> m_ledgerwick;
+    ItemManager *m_items = nullptr; // owned by the controller
+    QItemSelectionModel *m_selection = nullptr;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+};
+
+void tst_ItemManager::init()
+{
+    m_home = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_home->isValid());
+    qputenv("HOME", m_home->path().toLocal8Bit());
+    QVERIFY(QDir().mkpath(site() + u"/objects"_s));
+    m_platform = std::make_unique<ScriptedPlatform>();
+    m_ledgerwick = std::make_unique<Ledgerwick>(m_platform.get());
+    m_ledgerwick->setDatabaseLocation(m_home->filePath(u"db.lwkdb"_s));
+    m_items = new ItemManager;
+    m_ledgerwick->setManager(DatabaseStore::Kind::Items, m_items);
+    QCOMPARE(m_items->ledgerwick(), m_ledgerwick.get());
+    m_items->setColumns({{u"code"_s, u"Code"_s}, {u"item"_s, u"Item"_s}, {u"qty"_s, u"Qty"_s}});
+    m_selection = new QItemSelectionModel(m_items, m_items);
+    m_items->setTableSelection(m_selection);
+    m_tester = std::make_unique<QAbstractItemModelTester>(m_items);
+
+    auto supplier = std::make_shared<Contact>();
+    supplier->setName(u"Acme Supplies"_s);
+    supplier->setID(5);
+    m_ledgerwick->getContactManager()->add(supplier);
+}
+
+void tst_ItemManager::cleanup()
+{
+    m_tester.reset();
+    m_ledgerwick.reset();
+    m_platform.reset();
+    m_home.reset();
+}
+
+std::shared_ptr<Item> tst_ItemManager::addItem(const QString &code, const QString &name, const QString &qty)
+{
+    auto item = std::make_shared<Item>();
+    item->setCode(code);
+    item->setItem(name);
+    item->setQty(qty);
+    m_items->add(item);
+    return item;
+}
+
+void tst_ItemManager::select(int row)
+{
+    m_selection->select(m_items->index(row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void tst_ItemManager::popUpsStartFilled()
+{
+    const ItemEditorState &s = m_items->editorState();
+    QCOMPARE(s.quantityMethod.entries,
+             (QStringList{u"Just when out of stock"_s, u"Out of stock / in stock"_s, u"Show quantity"_s}));
+    QCOMPARE(s.stockFilter.selectedTitle(), u"All"_s);
+    QCOMPARE(s.stockFilter.entries.size(), 2);
+    QCOMPARE(s.taxCode.selectedTitle(), u"S"_s);
+    QVERIFY(!s.condition.entries.isEmpty());
+    QVERIFY(!s.status.entries.isEmpty());
+    // Only "S" is taxed on an order line; the preferences name the tax.
+    m_ledgerwick->getPrefsController()->controls().taxStatement = u"GST"_s;
+    m_ledgerwick->getPrefsController()->controls().taxRate = u"15"_s;
+    QCOMPARE(m_items->taxCodeDescription(u"S"_s), u"Standard: GST at 15.00%"_s);
+    QCOMPARE(m_items->taxCodeDescription(u"Z"_s), u"Zero rated: no tax"_s);
+}
+
+void tst_ItemManager::createGivesPrefixIdAndStockWarning()
+{
+    addItem(u"P1"_s, u"Widget"_s, u"4"_s);
+    addItem(u"P2"_s, u"Gadget"_s, u"1"_s);
+    m_ledgerwick->getPrefsController()->controls().itemPrefix = u"SKU-"_s;
+    m_ledgerwick->getPrefsController()->controls().stockWarn = u"7"_s;
+    QSignalSpy shown(m_items, &ItemManager::editorShown);
+
+    m_items->create(nullptr);
+
+    QCOMPARE(shown.count(), 1);
+    QVERIFY(m_items->isEditorShown());
+    QVERIFY(m_items->isCreating());
+    QCOMPARE(m_items->currentItem()->getID(), 3);
+    QCOMPARE(m_items->currentItem()->getCode(), u"SKU-3"_s);
+    QCOMPARE(m_items->currentItem()->getWarnlevel(), u"7"_s);
+    QCOMPARE(m_items->editorState().code, u"SKU-3"_s);
+    QCOMPARE(m_items->editorState().warnLevel, u"7"_s);
+    QCOMPARE(m_items->getCount(), 2); // added only when committed
+}
+
+void tst_ItemManager::createIsRefusedWhileReadOnly()
+{
+    m_ledgerwick->setReadOnly(true);
+    m_items->create(nullptr);
+    QVERIFY(!m_items->isEditorShown());
+    QVERIFY(!m_items->currentItem());
+    QCOMPARE(m_items->highestId(), 0);
+    QCOMPARE(m_platform->alerts.size(), 1);
+    QCOMPARE(alertText(m_platform->alerts.first()), u"Read-only mode | Database is in read-only mode. | OK"_s);
+}
+
+void tst_ItemManager::finishCopiesTheControlsButNotTheStatus()
+{
+    m_items->create(nullptr);
+    ItemEditorState &s = m_items->editorState();
+    s.code = u"W-1"_s;
+    s.description = u"Blue\nwidget"_s;
+    s.name = u"Widget"_s;
+    s.price = u"12.00"_s;
+    s.qty = u"3"_s;
+    s.optimumQty = u"10"_s;
+    s.bought = u"4.50"_s;
+    s.shipping = u"1.20"_s;
+    s.variation = u"Large"_s;
+    s.warnLevel = u"1"_s;
+    s.decreaseQty = true;
+    s.condition.selectTitle(u"Used"_s);
+    s.taxCode.selectTitle(u"Z"_s);
+    s.status.selectTitle(u"Discontinued"_s);
+    s.supplierName = u"Acme Supplies"_s;
+    s.exportSitemoss = true;
+    s.hideButtonCode = false;
+    s.websiteFolder = site();
+    s.buttonCode = u"<form>buy</form>"_s;
+    s.quantityMethod.selectTitle(u"Show quantity"_s);
+    QSignalSpy hidden(m_items, &ItemManager::editorHidden);
+
+    m_items->finish(nullptr);
+
+    QCOMPARE(hidden.count(), 1);
+    QVERIFY(!m_items->isEditorShown());
+    QVERIFY(!m_items->isCreating());
+    QCOMPARE(m_items->getCount(), 1);
+    const Item *item = m_items->currentItem();
+    QCOMPARE(m_items->getnthItem(0), item);
+    QCOMPARE(item->getID(), 1);
+    const QStringList names{u"code"_s,          u"description"_s, u"item"_s,           u"price"_s,
+                            u"qty"_s,           u"optimumqty"_s,  u"bought"_s,         u"shipping"_s,
+                            u"variation"_s,     u"warnlevel"_s,   u"decreaseqty"_s,    u"condition"_s,
+                            u"taxcode"_s,       u"supplier"_s,    u"exportsitemoss"_s, u"hidebuttoncode"_s,
+                            u"websitefolder"_s, u"buttoncode"_s,  u"status"_s};
+    QStringList values;
+    for (const QString &name : names)
+        values << item->getFieldByName(name);
+    QCOMPARE(values, (QStringList{u"W-1"_s, u"Blue\nwidget"_s, u"Widget"_s, u"12.00"_s, u"3"_s, u"10"_s, u"4.50"_s,
+                                  u"1.20"_s, u"Large"_s, u"1"_s, u"YES"_s, u"Used"_s, u"Z"_s, u"5"_s, u"YES"_s, u"NO"_s,
+                                  site(), u"<form>buy</form>"_s, u""_s}));
+    QCOMPARE(item->getQuantityMethod(), u"Show quantity"_s);
+
+    // The website object is written and the items are saved.
+    QFile object(site() + u"/objects/LwkItemW-1"_s);
+    QVERIFY(object.open(QIODevice::ReadOnly));
+    QVERIFY(object.readAll().contains("Quantity:3"));
+    QFile saved(itemsFile());
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    QVERIFY(saved.readAll().contains("Blue"));
+}
+
+void tst_ItemManager::finishKeepsFieldsWhosePopUpShowsNothing()
+{
+    auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    item->setCondition(u"Mint"_s);
+    item->setTaxCode(u"T9"_s);
+    item->setQuantityMethod(u"Show quantity"_s);
+    item->setSupplier(u"5"_s);
+    select(0);
+    m_items->edit(nullptr);
+    ItemEditorState &s = m_items->editorState();
+    // Titles the lists lack leave the condition and tax code pop-ups empty.
+    QCOMPARE(s.condition.index, -1);
+    QCOMPARE(s.taxCode.index, -1);
+    s.quantityMethod.index = -1;
+    s.supplierName = u"Nobody Known"_s;
+    s.name = QString(); // an emptied field
+    m_items->finish(nullptr);
+    QCOMPARE(item->getCondition(), u"Mint"_s);
+    QCOMPARE(item->getTaxCode(), u"T9"_s);
+    QCOMPARE(item->getQuantityMethod(), u"Show quantity"_s);
+    QCOMPARE(item->getSupplier(), u"0"_s); // an unknown supplier name
+    QCOMPARE(item->getItem(), u""_s);
+    QCOMPARE(m_items->getCount(), 1);
+}
+
+void tst_ItemManager::finishWhileReadOnlyOnlyHides()
+{
+    auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    select(0);
+    m_items->edit(nullptr);
+    m_items->editorState().name = u"Changed"_s;
+    m_ledgerwick->setReadOnly(true);
+    m_items->finish(nullptr);
+    QVERIFY(!m_items->isEditorShown());
+    QCOMPARE(item->getItem(), u"Widget"_s);
+    QCOMPARE(m_platform->alerts.size(), 1);
+    QVERIFY(!QFile::exists(itemsFile()));
+}
+
+void tst_ItemManager::finishStoresTheWellsPictureOnly()
+{
+    auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    select(0);
+    m_items->edit(nullptr);
+    QVERIFY(m_items->editorState().image.isNull());
+    m_items->finish(nullptr); // an empty well stores nothing
+    const QString file = DatabasePaths::itemImageFile(item->getID());
+    QVERIFY(!QFile::exists(file));
+
+    m_items->edit(nullptr);
+    m_items->editorState().image = picture(Qt::red);
+    m_items->finish(nullptr);
+    QVERIFY(QFile::exists(file));
+    QCOMPARE(QImage(file).pixelColor(0, 0), QColor(Qt::red));
+}
+
+void tst_ItemManager::cancelledCreationMakesTheNextCommitAddAgain()
+{
+    auto existing = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    m_items->create(nullptr);
+    m_items->cancel(nullptr);
+    QVERIFY(!m_items->isEditorShown());
+    QCOMPARE(m_items->getCount(), 1);
+    QCOMPARE(m_items->highestId(), 2); // the id was handed out all the same
+    QVERIFY(m_items->isCreating());    // deliberately left set
+
+    select(0);
+    m_items->edit(nullptr);
+    QCOMPARE(m_items->currentItem(), existing.get());
+    m_items->finish(nullptr);
+    QCOMPARE(m_items->getCount(), 2);
+    QCOMPARE(m_items->getnthItem(0), existing.get());
+    QCOMPARE(m_items->getnthItem(1), existing.get());
+    QVERIFY(!m_items->isCreating());
+}
+
+void tst_ItemManager::createSimilarCopiesTheCommittedItem()
+{
+    auto original = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    original->setStatus(u"Available"_s);
+    select(0);
+    m_items->edit(nullptr);
+    ItemEditorState &s = m_items->editorState();
+    s.price = u"9.99"_s;
+    s.supplierName = u"Acme Supplies"_s;
+    s.websiteFolder = site();
+    s.image = picture(Qt::blue);
+
+    m_items->createSimilar(nullptr);
+
+    QCOMPARE(original->getPrice(), u"9.99"_s); // committed first
+    QVERIFY(m_items->isEditorShown());
+    QVERIFY(m_items->isCreating());
+    Item *similar = m_items->currentItem();
+    QVERIFY(similar != original.get());
+    QCOMPARE(similar->getID(), 2);
+    QCOMPARE(s.code, u"P2"_s);
+    QCOMPARE(s.name, u"Widget"_s); // the editor keeps the committed values
+    QCOMPARE(s.price, u"9.99"_s);
+
+    m_items->finish(nullptr);
+    QCOMPARE(m_items->getCount(), 2);
+    QCOMPARE(m_items->getnthItem(1), similar);
+    QCOMPARE(similar->getItem(), u"Widget"_s);
+    QCOMPARE(similar->getPrice(), u"9.99"_s);
+    QCOMPARE(similar->getSupplier(), u"5"_s);
+    QCOMPARE(similar->getStatus(), u""_s); // never copied from the editor
+    QVERIFY(QFile::exists(DatabasePaths::itemImageFile(2)));
+}
+
+void tst_ItemManager::createSimilarNeedsAnItem()
+{
+    QSignalSpy shown(m_items, &ItemManager::editorShown);
+    m_items->createSimilar(nullptr);
+    QCOMPARE(shown.count(), 0);
+    QCOMPARE(m_items->highestId(), 0);
+}
+
+void tst_ItemManager::createAndAddDataObjectAddsADefaultItem()
+{
+    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    Item *item = m_items->createAndAddDataObject();
+    QVERIFY(item);
+    QCOMPARE(item->getID(), 2);
+    QCOMPARE(item->getCode(), u""_s);
+    QCOMPARE(m_items->getnthItem(1), item);
+    QVERIFY(!m_items->isEditorShown());
+}
+
+void tst_ItemManager::editLoadsTheSelectedItem()
+{
+    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    auto item = addItem(u"P2"_s, u"Gadget"_s, u"7"_s);
+    item->setSupplier(u"5"_s);
+    item->setCondition(u"Used"_s);
+    item->setStatus(u"Sold to trade"_s);
+    item->setTaxCode(u"E"_s);
+    item->setQuantityMethod(u"Out of stock / in stock"_s);
+    item->setDecreaseQty(true);
+    item->setImage(picture(Qt::green));
+    select(1);
+    QSignalSpy changed(m_items, &ItemManager::editorStateChanged);
+
+    m_items->edit(nullptr);
+
+    QCOMPARE(m_items->currentItem(), item.get());
+    QVERIFY(m_items->isEditorShown());
+    QVERIFY(changed.count() >= 1);
+    const ItemEditorState &s = m_items->editorState();
+    QCOMPARE(s.code, u"P2"_s);
+    QCOMPARE(s.name, u"Gadget"_s);
+    QCOMPARE(s.qty, u"7"_s);
+    QCOMPARE(s.supplierName, u"Acme Supplies"_s);
+    QCOMPARE(s.condition.selectedTitle(), u"Used"_s);
+    QCOMPARE(s.status.selectedTitle(), u"Sold to trade"_s); // shown although the list lacked it
+    QCOMPARE(s.taxCode.selectedTitle(), u"E"_s);
+    QCOMPARE(s.quantityMethod.selectedTitle(), u"Out of stock / in stock"_s);
+    QVERIFY(s.decreaseQty);
+    QCOMPARE(s.image.pixelColor(0, 0), QColor(Qt::green));
+
+    // An empty tax code or quantity method leaves the pop-up as it was.
+    item->setTaxCode(u""_s);
+    item->setQuantityMethod(u""_s);
+    item->setCondition(u""_s);
+    m_items->edit(nullptr);
+    QCOMPARE(s.taxCode.selectedTitle(), u"E"_s);
+    QCOMPARE(s.quantityMethod.selectedTitle(), u"Out of stock / in stock"_s);
+    QCOMPARE(s.condition.index, -1);
+}
+
+void tst_ItemManager::editWithoutSelectionDoesNothing()
+{
+    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    QSignalSpy shown(m_items, &ItemManager::editorShown);
+    m_items->edit(nullptr);
+    QCOMPARE(shown.count(), 0);
+    QVERIFY(!m_items->currentItem());
+}
+
+void tst_ItemManager::setItemIgnoresOtherRecords()
+{
+    Contact contact;
+    contact.setName(u"Not an item"_s);
+    QSignalSpy changed(m_items, &ItemManager::editorStateChanged);
+    m_items->setItem(&contact);
+    m_items->setItem(nullptr);
+    QCOMPARE(changed.count(), 0);
+}
+
+void tst_ItemManager::deleteKeyAsksFirst_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QStringList>("left");
+    QTest::addRow("OK") << 0 << QStringList{u"P1"_s, u"P3"_s};
+    QTest::addRow("Cancel") << 1 << QStringList{u"P1"_s, u"P2"_s, u"P3"_s};
+}
+
+void tst_ItemManager::deleteKeyAsksFirst()
+{
+    QFETCH(int, answer);
+    QFETCH(QStringList, left);
+    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    auto second = addItem(u"P2"_s, u"Gadget"_s, u"2"_s);
+    addItem(u"P3"_s, u"Sprocket"_s, u"2"_s);
+    second->setImage(picture(Qt::red));
+    select(1);
+    m_platform->alertAnswers.enqueue(answer);
+
+    m_items->deleteKey(nullptr);
+
+    QCOMPARE(m_platform->alerts.size(), 1);
+    QCOMPARE(alertText(m_platform->alerts.first()),
+             u"Delete Item | Do you want to delete the selected item from the database? | OK, Cancel"_s);
+    QCOMPARE(codesShown(*m_items), left);
+    QVERIFY(QFile::exists(DatabasePaths::itemImageFile(2))); // the picture stays
+    QVERIFY(!QFile::exists(itemsFile()));                    // saving is left to the editors
+}
+
+void tst_ItemManager::deleteKeyWithoutSelectionAsksNothing()
+{
+    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    m_items->deleteKey(nullptr);
+    QVERIFY(m_platform->alerts.isEmpty());
+    QCOMPARE(m_items->getCount(), 1);
+}
+
+void tst_ItemManager::removeIsRefusedWhileReadOnly()
+{
+    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    m_ledgerwick->setReadOnly(true);
+    select(0);
+    m_items->deleteKey(nullptr);
+    QCOMPARE(m_platform->alerts.size(), 2); // the question, then the refusal
+    QCOMPARE(m_platform->alerts.last().title, u"Read-only mode"_s);
+    QCOMPARE(m_items->getCount(), 1);
+}
+
+void tst_ItemManager::deleteImageRemovesTheFileAtOnce()
+{
+    auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
+    item->setImage(picture(Qt::red));
+    const QString file = DatabasePaths::itemImageFile(1);
+    QVERIFY(QFile::exists(file));
+    select(0);
+    m_items->edit(nullptr);
+    QVERIFY(!m_items->editorState().image.isNull());
+
+    m_items->deleteImage(nullptr);
+    QVERIFY(m_items->editorState().image.isNull());
+    QVERIFY(!QFile::exists(file));
+    m_items->cancel(nullptr); // even a cancelled edit does not bring it back
+    QVERIFY(!QFile::exists(file));
+}
+
+void tst_ItemManager::pictureFilesAndWebsiteFolder()
+{
+    m_items->create(nullptr);
+    const QString png = m_home->filePath(u"photo.png"_s);
+    QVERIFY(picture(Qt::yellow).save(png));
+    const QString notAPicture = m_home->filePath(u"notes.png"_s);
+    QFile text(notAPicture);
+    QVERIFY(text.open(QIODevice::WriteOnly));
+    text.write("plain text");
+    text.close();
+
+    QVERIFY(!m_items->setImageFromFile(notAPicture));
+    QVERIFY(m_items->editorState().image.isNull());
+    QVERIFY(m_items->setImageFromFile(png));
+    QCOMPARE(m_items->editorState().image.pixelColor(0, 0), QColor(Qt::yellow));
+
+    // The chooser: a cancelled panel changes nothing, an unreadable file beeps.
+    m_items->editorState().image = QImage();
+    m_items->chooseImage(nullptr);
+    QVERIFY(m_items->editorState().image.isNull());
+    m_platform->panelAnswers.enqueue(notAPicture);
+    m_items->chooseImage(nullptr);
+    QCOMPARE(m_platform->beeps, 1);
+    m_platform->panelAnswers.enqueue(png);
+    m_items->chooseImage(nullptr);
+    QVERIFY(!m_items->editorState().image.isNull());
+    QVERIFY(m_platform->panels.last().fileTypes.contains(u"png"_s));
+
+    m_platform->panelAnswers.enqueue(site());
+    m_items->selectWebsiteLocation(nullptr);
+    QCOMPARE(m_items->editorState().websiteFolder, site());
+    QVERIFY(m_platform->panels.last().chooseDirectories);
+}
+
+void tst_ItemManager::pickSupplierOpensThePickerOnSuppliers()
+{
+    m_items->create(nullptr);
+    m_items->pickSupplier(nullptr); // no picker yet: nothing happens
+
+    RecordTable suppliers;
+    QStringList asked;
+    std::function<void(dataObject *)> answer;
+    m_items->setPickerOpener([&](lwDataSource *source, const QString &field1, const QString &field2,
+                                 const QString &type, std::function<void(dataObject *)> done) {
+        asked << (source == &suppliers ? u"suppliers"_s : u"other"_s) << field1 << field2 << type;
+        answer = std::move(done);
+    });
+    m_items->pickSupplier(nullptr);
+    QVERIFY(asked.isEmpty()); // nor without the supplier list
+    m_items->setSupplierSource(&suppliers);
+    m_items->pickSupplier(nullptr);
+    QCOMPARE(asked, (QStringList{u"suppliers"_s, u"name"_s, u"address"_s, u"Supplier"_s}));
+
+    QSignalSpy changed(m_items, &ItemManager::editorStateChanged);
+    answer(m_ledgerwick->getContactManager()->getItemById(5));
+    QCOMPARE(m_items->editorState().supplierName, u"Acme Supplies"_s);
+    QCOMPARE(changed.count(), 1);
+    m_items->finish(nullptr);
+    QCOMPARE(m_items->currentItem()->getSupplier(), u"5"_s);
+}
+
+void tst_ItemManager::filter_data()
+{
+    QTest::addColumn<QString>("search");
+    QTest::addColumn<QString>("stock");
+    QTest::addColumn<QStringList>("shown");
+    const QString all = u"All"_s;
+    const QString inStock = ItemManager::stockFilterEntries().at(1);
+    QTest::addRow("everything") << u""_s << all << QStringList{u"abc-1"_s, u"B2"_s, u"C3"_s, u"D4"_s, u"E5"_s};
+    QTest::addRow("in stock, empty qty kept") << u""_s << inStock << QStringList{u"abc-1"_s, u"C3"_s};
+    QTest::addRow("name and description") << u"widget"_s << all << QStringList{u"abc-1"_s, u"C3"_s};
+    QTest::addRow("search and stock") << u"WIDGET"_s << inStock << QStringList{u"abc-1"_s, u"C3"_s};
+    QTest::addRow("code, any case") << u"ABC"_s << all << QStringList{u"abc-1"_s};
+    QTest::addRow("condition") << u"used"_s << all << QStringList{u"B2"_s};
+    QTest::addRow("status, out of stock") << u"discontinued"_s << inStock << QStringList{};
+    QTest::addRow("status") << u"discontinued"_s << all << QStringList{u"D4"_s};
+    QTest::addRow("price not searched") << u"9.99"_s << all << QStringList{};
+    QTest::addRow("supplier not searched") << u"77"_s << all << QStringList{};
+}
+
+void tst_ItemManager::filter()
+{
+    QFETCH(QString, search);
+    QFETCH(QString, stock);
+    QFETCH(QStringList, shown);
+    auto a = addItem(u"abc-1"_s, u"Widget"_s, u"5"_s);
+    a->setPrice(u"9.99"_s);
+    a->setSupplier(u"77"_s);
+    addItem(u"B2"_s, u"Gadget"_s, u"0"_s)->setCondition(u"Used"_s);
+    addItem(u"C3"_s, u"Sprocket"_s, u""_s)->setDescription(u"Spare for the widget"_s);
+    addItem(u"D4"_s, u"Bolt"_s, u"-2"_s)->setStatus(u"Discontinued"_s);
+    addItem(u"E5"_s, u"Nut"_s, u"none"_s);
+    ItemEditorState &s = m_items->editorState();
+    s.searchText = search;
+    s.stockFilter.selectTitle(stock);
+    QSignalSpy reset(m_items, &QAbstractItemModel::modelReset);
+
+    m_items->filter(nullptr);
+
+    QCOMPARE(codesShown(*m_items), shown);
+    QCOMPARE(reset.count(), 1);
+}
+
+void tst_ItemManager::headerClickSortsLargestFirstWhenAscending()
+{
+    addItem(u"P1"_s, u"b"_s, u"9"_s);
+    addItem(u"P2"_s, u"A"_s, u"10"_s);
+    addItem(u"P3"_s, u"c"_s, u"2"_s);
+    m_items->sort(1, Qt::AscendingOrder);
+    QCOMPARE(codesShown(*m_items), (QStringList{u"P3"_s, u"P1"_s, u"P2"_s}));
+    m_items->sort(1, Qt::DescendingOrder);
+    QCOMPARE(codesShown(*m_items), (QStringList{u"P2"_s, u"P1"_s, u"P3"_s}));
+    // Quantities sort as text.
+    m_items->sort(2, Qt::DescendingOrder);
+    QCOMPARE(codesShown(*m_items), (QStringList{u"P2"_s, u"P3"_s, u"P1"_s}));
+}
+
+void tst_ItemManager::closingTheWindowCommits()
+{
+    LogCapture log;
+    m_items->windowWillClose(nullptr); // never opened: nothing to commit
+    QVERIFY(log.lines().isEmpty());
+
+    m_items->create(nullptr);
+    m_items->editorState().name = u"Closed, not cancelled"_s;
+    m_items->windowWillClose(nullptr);
+    QCOMPARE(log.lines().value(0), u"itemmanager windowWillClose:"_s);
+    QCOMPARE(m_items->getCount(), 1);
+    QCOMPARE(m_items->currentItem()->getItem(), u"Closed, not cancelled"_s);
+    QVERIFY(!m_items->isEditorShown());
+    QVERIFY(QFile::exists(itemsFile()));
+
+    // Detached (at quit), the window's closing commits nothing.
+    m_items->disconnectWindow(nullptr);
+    m_items->create(nullptr);
+    m_items->windowWillClose(nullptr);
+    QCOMPARE(m_items->getCount(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_ItemManager)
+#include "tst_itemmanager.moc"

@@ -1,0 +1,378 @@
+#include "contacts/Contact.h"
+#include "contacts/ContactManager.h"
+#include "core/RecordTable.h"
+#include "products/Picker.h"
+#include "products/SupplierDataSource.h"
+#include "reports/ReportItem.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TestRecord.h"
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+#include <QItemSelectionModel>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTemporaryFile>
+#include <QTest>
+
+#include <cstdio>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+std::shared_ptr<Contact> contact(int id, const QString &name, const QString &kind, const QString &type, int company = 0)
+{
+    auto c = std::make_shared<Contact>();
+    c->setID(id);
+    c->setName(name);
+    c->setKind(kind);
+    c->setType(type);
+    c->setCompany(company);
+    return c;
+}
+
+// Suppliers in collection order: Acme Tools, Bob Ray (a company contact),
+// Cid Moss, Eve Hart (id 12, whose texts hold no "12").
+void fillContacts(ContactManager &manager)
+{
+    manager.add(contact(1, u"Ann Lee"_s, u"Individual"_s, u"Customer"_s));
+    manager.add(contact(2, u"Acme Tools"_s, u"Company"_s, u"Supplier"_s));
+    manager.add(contact(3, u"Bob Ray"_s, u"Company Contact"_s, u"Supplier"_s, 2));
+    manager.add(contact(4, u"Cid Moss"_s, u"Individual"_s, u"Supplier"_s));
+    manager.add(contact(5, u"Dee Fox"_s, u"Company Contact"_s, u"Customer"_s, 2));
+    auto eve = contact(12, u"Eve Hart"_s, u"Company"_s, u"Supplier"_s);
+    eve->setAdd1(u"High St"_s);
+    manager.add(eve);
+}
+
+QString nameOf(const Contact *c)
+{
+    return c ? c->getName() : u"(none)"_s;
+}
+
+QStringList column(const lwDataSource &model, const QString &identifier)
+{
+    QStringList values;
+    for (int row = 0; row < model.numberOfRowsInTableView(); ++row)
+        values << model.objectValueForTableColumn(identifier, row);
+    return values;
+}
+
+// Field 3 (the id text) of every row record, hidden ones included.
+QStringList idsInOrder(const lwDataSource &model)
+{
+    QStringList ids;
+    for (const auto &record : model.records())
+        ids << static_cast<const ReportItem *>(record.get())->getnthField(3);
+    return ids;
+}
+
+// What a function writes on standard output while it runs.
+template<typename F> QByteArray captureStdout(F run)
+{
+    QTemporaryFile file;
+    if (!file.open())
+        qFatal("no temporary file");
+    std::fflush(stdout);
+    const int saved = ::dup(STDOUT_FILENO);
+    ::dup2(file.handle(), STDOUT_FILENO);
+    run();
+    std::fflush(stdout);
+    ::dup2(saved, STDOUT_FILENO);
+    ::close(saved);
+    QFile reader(file.fileName());
+    reader.open(QIODevice::ReadOnly);
+    return reader.readAll();
+}
+
+} // namespace
+
+class tst_Picker : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void nthCompanyAndSupplier_data();
+    void nthCompanyAndSupplier();
+    void lookupsByIdAndName();
+    void supplierListAnswersFromTheContacts();
+
+    void emptySourceAlertsAndOpensNothing();
+    void openingFillsOneRowPerRecord();
+    void filter_data();
+    void filter();
+    void finishCallsBackWithTheSelectedRecordOnly();
+    void sort_data();
+    void sort();
+    void sortEqualsNeighbourExchange();
+
+private:
+    void open();
+
+    std::unique_ptr<ContactManager> m_contacts;
+    std::unique_ptr<SupplierDataSource> m_suppliers;
+    std::unique_ptr<Picker> m_picker;
+    std::unique_ptr<QItemSelectionModel> m_selection;
+    ScriptedPlatform m_platform;
+    QList<dataObject *> m_picked;
+};
+
+void tst_Picker::init()
+{
+    m_contacts = std::make_unique<ContactManager>();
+    fillContacts(*m_contacts);
+    m_suppliers = std::make_unique<SupplierDataSource>();
+    m_suppliers->setContactManager(m_contacts.get());
+    m_picker = std::make_unique<Picker>();
+    m_picker->setPlatform(&m_platform);
+    new QAbstractItemModelTester(m_picker.get(), QAbstractItemModelTester::FailureReportingMode::QtTest,
+                                 m_picker.get());
+    m_selection = std::make_unique<QItemSelectionModel>(m_picker.get());
+    m_picker->setTableSelection(m_selection.get());
+    m_platform.alerts.clear();
+    m_picked.clear();
+}
+
+void tst_Picker::cleanup()
+{
+    m_selection.reset();
+    m_picker.reset();
+    m_suppliers.reset();
+    m_contacts.reset();
+}
+
+void tst_Picker::open()
+{
+    m_picker->beginfor([this](dataObject *record) { m_picked << record; }, m_suppliers.get(), u"name"_s, u"add1"_s,
+                       u"Supplier"_s);
+}
+
+void tst_Picker::nthCompanyAndSupplier_data()
+{
+    QTest::addColumn<bool>("supplier");
+    QTest::addColumn<int>("n");
+    QTest::addColumn<QString>("expected");
+
+    QTest::addRow("a company contact can be a supplier") << true << 1 << u"Bob Ray"_s;
+    QTest::addRow("last supplier") << true << 3 << u"Eve Hart"_s;
+    QTest::addRow("past the suppliers") << true << 4 << u"(none)"_s;
+    QTest::addRow("negative") << true << -1 << u"(none)"_s;
+    QTest::addRow("any top-level kind is a company") << false << 0 << u"Ann Lee"_s;
+    QTest::addRow("company contacts are skipped") << false << 2 << u"Cid Moss"_s;
+    QTest::addRow("past the companies") << false << 4 << u"(none)"_s;
+}
+
+void tst_Picker::nthCompanyAndSupplier()
+{
+    QFETCH(bool, supplier);
+    QFETCH(int, n);
+    QFETCH(QString, expected);
+    QCOMPARE(nameOf(supplier ? m_contacts->getnthSupplier(n) : m_contacts->getnthCompany(n)), expected);
+    QCOMPARE(m_contacts->countSuppliers(), 4);
+    QCOMPARE(m_contacts->countCompanies(), 4);
+}
+
+void tst_Picker::lookupsByIdAndName()
+{
+    QCOMPARE(nameOf(m_contacts->getContactbyId(u"12abc"_s)), u"Eve Hart"_s);
+    QCOMPARE(nameOf(m_contacts->getContactbyId(u"7"_s)), u"(none)"_s);
+    m_contacts->add(contact(20, u"Cid Moss"_s, u"Individual"_s, u"Other"_s));
+    QCOMPARE(m_contacts->getContactbyName(u"Cid Moss"_s)->getID(), 4); // the first of two
+    QCOMPARE(nameOf(m_contacts->getContactbyName(u"cid moss"_s)), u"(none)"_s);
+}
+
+void tst_Picker::supplierListAnswersFromTheContacts()
+{
+    SupplierDataSource list;
+    list.setColumns({{u"name"_s, u"Name"_s}, {u"add1"_s, u"Address"_s}});
+    QAbstractItemModelTester tester(&list, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    list.setContactManager(m_contacts.get());
+    QCOMPARE(list.rowCount(), 4);
+    QCOMPARE(nameOf(static_cast<Contact *>(list.getnthItem(2))), u"Cid Moss"_s);
+    // Ids are looked up among all contacts, customers included.
+    QCOMPARE(nameOf(static_cast<Contact *>(list.getItemById(1))), u"Ann Lee"_s);
+
+    QString address, missing;
+    const QByteArray out = captureStdout([&] {
+        address = list.data(list.index(3, 1)).toString();
+        missing = list.objectValueForTableColumn(u"name"_s, 9);
+    });
+    QCOMPARE(out, "request for item 3\nrequest for item 9\n");
+    QCOMPARE(address, u"High St"_s);
+    QCOMPARE(missing, u""_s);
+
+    // Changes to the contacts reach the list's views.
+    m_contacts->add(contact(30, u"Fay Dunn"_s, u"Individual"_s, u"Supplier"_s));
+    QCOMPARE(list.rowCount(), 5);
+    m_contacts->deleteItem(m_contacts->getItemById(2));
+    QCOMPARE(list.rowCount(), 4);
+    m_contacts.reset();
+    QCOMPARE(list.rowCount(), 0);
+}
+
+void tst_Picker::emptySourceAlertsAndOpensNothing()
+{
+    ContactManager none;
+    m_suppliers->setContactManager(&none);
+    QSignalSpy shown(m_picker.get(), &Picker::pickerShown);
+    open();
+    QCOMPARE(shown.count(), 0);
+    QCOMPARE(m_platform.alerts.size(), 1);
+    const Platform::Alert &alert = m_platform.alerts.first();
+    QCOMPARE(alert.title, u"None in database"_s);
+    QCOMPARE(alert.informativeText, u"There are no Suppliers in the datbase. First create some by going to File > "
+                                    u"New.... or the appropriate toolbar button"_s);
+    QCOMPARE(alert.buttons, QStringList{u"OK"_s});
+}
+
+void tst_Picker::openingFillsOneRowPerRecord()
+{
+    QSignalSpy shown(m_picker.get(), &Picker::pickerShown);
+    open();
+    QCOMPARE(shown.count(), 1);
+    QCOMPARE(m_picker->windowTitle(), u"Select Supplier"_s);
+    QCOMPARE(column(*m_picker, u"1"_s), (QStringList{u"Acme Tools"_s, u"Bob Ray"_s, u"Cid Moss"_s, u"Eve Hart"_s}));
+    QCOMPARE(column(*m_picker, u"2"_s), (QStringList{u""_s, u""_s, u""_s, u"High St"_s}));
+    QCOMPARE(idsInOrder(*m_picker), (QStringList{u"2"_s, u"3"_s, u"4"_s, u"12"_s}));
+
+    // Opening again clears the search and offers the new source's records.
+    m_picker->filter(u"acme"_s);
+    ContactManager one;
+    one.add(contact(40, u"Gus Pike"_s, u"Individual"_s, u"Supplier"_s));
+    m_suppliers->setContactManager(&one);
+    open();
+    QCOMPARE(m_picker->searchText(), u""_s);
+    QCOMPARE(column(*m_picker, u"1"_s), QStringList{u"Gus Pike"_s});
+}
+
+void tst_Picker::filter_data()
+{
+    QTest::addColumn<QString>("search");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::addRow("ignores case") << u"ACME"_s << QStringList{u"Acme Tools"_s};
+    QTest::addRow("two blanks between words") << u"acme  tools"_s << QStringList{u"Acme Tools"_s};
+    QTest::addRow("the id matches") << u"12"_s << QStringList{u"Eve Hart"_s};
+    QTest::addRow("words across fields") << u"eve st"_s << QStringList{u"Eve Hart"_s};
+    QTest::addRow("every word must match") << u"acme ray"_s << QStringList{};
+}
+
+void tst_Picker::filter()
+{
+    QFETCH(QString, search);
+    QFETCH(QStringList, expected);
+    open();
+    m_picker->filter(u"zzz"_s); // the new search starts from every row
+    m_picker->filter(search);
+    QCOMPARE(column(*m_picker, u"1"_s), expected);
+}
+
+void tst_Picker::finishCallsBackWithTheSelectedRecordOnly()
+{
+    open();
+    QSignalSpy hidden(m_picker.get(), &Picker::pickerHidden);
+    m_picker->finish();
+    QCOMPARE(hidden.count(), 1);
+    QVERIFY(m_picked.isEmpty());
+
+    const auto selectRow = [this](int row) {
+        m_selection->setCurrentIndex(m_picker->index(row, 0),
+                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    };
+    m_picker->filter(u"moss"_s);
+    selectRow(0);
+    m_picker->finish();
+    QCOMPARE(m_picked, QList<dataObject *>{m_contacts->getItemById(4)});
+
+    // A record gone from the source since the picker opened comes back as none.
+    m_picker->filter(u""_s);
+    selectRow(1); // Bob Ray, id 3
+    m_contacts->deleteItem(m_contacts->getItemById(3));
+    m_picker->finish();
+    QCOMPARE(m_picked.size(), 2);
+    QCOMPARE(m_picked.last(), nullptr);
+    QCOMPARE(hidden.count(), 3);
+}
+
+void tst_Picker::sort_data()
+{
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<bool>("ascending");
+    QTest::addColumn<int>("options");
+    QTest::addColumn<QStringList>("expectedIds");
+
+    // Rows (id: field1/field2): 1: b/A  2: A/b  3: c/a  4: a/B
+    QTest::addRow("flag set puts b before A") << u"2"_s << true << 0 << QStringList{u"2"_s, u"4"_s, u"1"_s, u"3"_s};
+    QTest::addRow("flag clear, smallest first") << u"1"_s << false << 1 << QStringList{u"2"_s, u"4"_s, u"1"_s, u"3"_s};
+    QTest::addRow("option 2 sorts as text") << u"1"_s << true << 2 << QStringList{u"3"_s, u"1"_s, u"2"_s, u"4"_s};
+    QTest::addRow("option 3 leaves the order") << u"1"_s << true << 3 << QStringList{u"1"_s, u"2"_s, u"3"_s, u"4"_s};
+}
+
+void tst_Picker::sort()
+{
+    QFETCH(QString, column);
+    QFETCH(bool, ascending);
+    QFETCH(int, options);
+    QFETCH(QStringList, expectedIds);
+
+    RecordTable source;
+    const std::pair<const char16_t *, const char16_t *> rows[] = {
+        {u"b", u"A"}, {u"A", u"b"}, {u"c", u"a"}, {u"a", u"B"}};
+    for (const auto &[name, code] : rows) {
+        auto record = std::make_shared<TestRecord>(QString::fromUtf16(name));
+        record->fields.insert(u"code"_s, QString::fromUtf16(code));
+        source.add(record);
+    }
+    m_picker->beginfor([](dataObject *) {}, &source, u"name"_s, u"code"_s, u"Thing"_s);
+    m_picker->sortByColumn(column, ascending, options);
+    QCOMPARE(idsInOrder(*m_picker), expectedIds);
+}
+
+void tst_Picker::sortEqualsNeighbourExchange()
+{
+    const QStringList alphabet = {u""_s, u"a"_s, u"A"_s, u"b"_s, u"B"_s, u"ab"_s, u"aB"_s, u"ä"_s};
+    QRandomGenerator random(20240611);
+    for (int round = 0; round < 200; ++round) {
+        RecordTable source;
+        const int count = int(random.bounded(1, 25));
+        for (int i = 0; i < count; ++i) {
+            auto record = std::make_shared<TestRecord>(alphabet.at(random.bounded(alphabet.size())));
+            record->fields.insert(u"code"_s, alphabet.at(random.bounded(alphabet.size())));
+            source.add(record);
+        }
+        m_picker->beginfor([](dataObject *) {}, &source, u"name"_s, u"code"_s, u"Thing"_s);
+        m_picker->filter(u"a"_s); // hidden rows are sorted too
+        const int field = int(random.bounded(1, 3));
+        const bool ascending = random.bounded(2) == 1;
+
+        // Passes of neighbour exchanges until one is clean.
+        std::vector<const ReportItem *> expected;
+        for (const auto &record : m_picker->records())
+            expected.push_back(static_cast<const ReportItem *>(record.get()));
+        for (bool exchanged = true; exchanged;) {
+            exchanged = false;
+            for (size_t i = 0; i + 1 < expected.size(); ++i) {
+                const int c = QString::compare(expected[i]->getnthField(field), expected[i + 1]->getnthField(field),
+                                               Qt::CaseInsensitive);
+                if ((ascending && c < 0) || (!ascending && c > 0)) {
+                    std::swap(expected[i], expected[i + 1]);
+                    exchanged = true;
+                }
+            }
+        }
+        QStringList expectedIds;
+        for (const ReportItem *item : expected)
+            expectedIds << item->getnthField(3);
+
+        m_picker->sortByColumn(QString::number(field), ascending, 0);
+        QCOMPARE(idsInOrder(*m_picker), expectedIds);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_Picker)
+#include "tst_picker.moc"

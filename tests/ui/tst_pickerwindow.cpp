@@ -1,0 +1,85 @@
+#include "core/RecordTable.h"
+#include "products/Picker.h"
+#include "support/TestRecord.h"
+#include "ui/integrityTableView.h"
+#include "ui/PickerWindow.h"
+
+#include <QAbstractItemModelTester>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+class tst_PickerWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void forwardsTheUsersActions();
+};
+
+void tst_PickerWindow::forwardsTheUsersActions()
+{
+    RecordTable source;
+    for (const QString &name : {u"Bolt"_s, u"Acme"_s, u"Crane"_s}) // ids 1, 2, 3
+        source.add(std::make_shared<TestRecord>(name));
+    Picker picker;
+    QAbstractItemModelTester tester(&picker, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    PickerWindow window(&picker);
+    QList<dataObject *> picked;
+    const auto open = [&] {
+        picker.beginfor([&](dataObject *record) { picked << record; }, &source, u"name"_s, u"id"_s, u"Part"_s);
+    };
+    QTableView *table = window.table();
+    const auto clickRow = [table](int row, bool twice) {
+        const QPoint centre = table->visualRect(table->model()->index(row, 0)).center();
+        // A double-click is a click followed by the double-click event.
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, centre);
+        if (twice)
+            QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, centre);
+    };
+    const auto shownNames = [&picker] {
+        QStringList names;
+        for (int row = 0; row < picker.rowCount(); ++row)
+            names << picker.index(row, 0).data().toString();
+        return names;
+    };
+
+    window.searchBox()->setText(u"left over"_s);
+    open();
+    QVERIFY(window.isVisible());
+    QCOMPARE(window.windowTitle(), u"Select Part"_s);
+    QCOMPARE(window.searchBox()->text(), u""_s);
+
+    // Each header click sorts, the first with the flag set: largest first.
+    QHeaderView *header = table->horizontalHeader();
+    const QPoint section(header->sectionViewportPosition(0) + 5, header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, section);
+    QCOMPARE(shownNames(), (QStringList{u"Crane"_s, u"Bolt"_s, u"Acme"_s}));
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, section);
+    QCOMPARE(shownNames(), (QStringList{u"Acme"_s, u"Bolt"_s, u"Crane"_s}));
+
+    QTest::keyClicks(window.searchBox(), u"cr"_s);
+    QCOMPARE(shownNames(), QStringList{u"Crane"_s});
+    clickRow(0, false);
+    window.buttons()->button(QDialogButtonBox::Ok)->click();
+    QVERIFY(!window.isVisible());
+    QCOMPARE(picked, QList<dataObject *>{source.getItemById(3)});
+
+    open();
+    clickRow(1, true); // opening again shows the source's order: Acme
+    QVERIFY(!window.isVisible());
+    QCOMPARE(picked.last(), source.getItemById(2));
+
+    open();
+    clickRow(0, false);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QVERIFY(!window.isVisible());
+    QCOMPARE(picked.size(), 2);
+}
+
+QTEST_MAIN(tst_PickerWindow)
+#include "tst_pickerwindow.moc"
