@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 
+#include "products/ItemManager.h"
 #include "core/CliPlatform.h"
 #include "core/DatabasePaths.h"
 #include "core/DefaultColumns.h"
@@ -59,6 +60,24 @@ QList<lwDataSource::Column> parseColumns(const QString &text)
 // than silently ignored.
 bool applySearchAndFilter(lwDataSource &list, const QString &kindName, const CommandLine &line)
 {
+    // The items list has a search field and a stock filter; the other lists
+    // bring theirs with their own managers.
+    if (auto *items = dynamic_cast<ItemManager *>(&list)) {
+        ItemEditorState &state = items->editorState();
+        if (line.has(QStringLiteral("--search")))
+            state.searchText = line.option(QStringLiteral("--search"));
+        if (line.has(QStringLiteral("--filter"))) {
+            const QString title = line.option(QStringLiteral("--filter"));
+            if (!state.stockFilter.entries.contains(title)) {
+                std::fprintf(stderr, "ledgerwick-cli: the items filter has no entry \"%s\" (it has: %s)\n",
+                             qPrintable(title), qPrintable(state.stockFilter.entries.join(QStringLiteral(", "))));
+                return false;
+            }
+            state.stockFilter.selectTitle(title);
+        }
+        list.filter(nullptr);
+        return true;
+    }
     for (const char *option : {"--search", "--filter"}) {
         if (line.has(QLatin1String(option))) {
             std::fprintf(stderr, "ledgerwick-cli: the %s list has no %s yet; %s cannot be applied\n",

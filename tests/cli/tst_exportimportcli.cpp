@@ -155,9 +155,9 @@ void TestExportImportCli::exportBadUsage_data()
     QTest::addRow("empty column") << QStringList{QStringLiteral("items"), QStringLiteral("--csv"),
                                                  QStringLiteral("--columns"), QStringLiteral("code:Code,,qty")}
                                   << QStringLiteral("--columns needs");
-    QTest::addRow("search") << QStringList{QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--search"),
-                                           QStringLiteral("brass")}
-                            << QStringLiteral("the items list has no search field yet");
+    QTest::addRow("unknown stock filter") << QStringList{QStringLiteral("items"), QStringLiteral("--csv"),
+                                                         QStringLiteral("--filter"), QStringLiteral("Nowhere")}
+                                          << QStringLiteral("the items filter has no entry \"Nowhere\"");
     QTest::addRow("filter") << QStringList{QStringLiteral("bills"), QStringLiteral("--csv"), QStringLiteral("--filter"),
                                            QStringLiteral("Paid")}
                             << QStringLiteral("the bills list has no filter pop-up yet");
@@ -189,6 +189,14 @@ void TestExportImportCli::importSavesAndReleasesTheLock()
                                    "\"P2\",\"14\",\"\"\r"
                                    "\"N1\",\"100\",\"Imported using Ledgerwick import routine\nbox\"\r"
                                    "\"S1\",\"50\",\"Imported using Ledgerwick import routine\n\"\r"));
+
+    // The list's own search field and stock filter apply before the export.
+    const Run searched = cli({QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"),
+                              QStringLiteral("--columns"), QStringLiteral("code:Code"), QStringLiteral("--search"),
+                              QStringLiteral("SCREW"), QStringLiteral("--filter"), QStringLiteral("In Stock"),
+                              QStringLiteral("--db"), bundle()});
+    QCOMPARE(searched.status, 0);
+    QCOMPARE(searched.out, QByteArray("\"Code\"\r\"S1\"\r"));
 
     // A file of one line imports nothing and says so.
     QVERIFY(writeBytes(file, "code\titem"));
