@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include "core/DatabasePaths.h"
+
 CommandLine::CommandLine(const QStringList &args, const QStringList &valueOptions, const QStringList &flags)
 {
     for (qsizetype i = 0; i < args.size(); ++i) {
@@ -30,4 +32,10 @@ CommandLine::CommandLine(const QStringList &args, const QStringList &valueOption
             return;
         }
     }
+}
+
+QString CommandLine::bundleFolder() const
+{
+    const QString db = option(QStringLiteral("--db"));
+    return db.isEmpty() ? DatabasePaths::databaseLocation() : DatabasePaths::expandTilde(db);
 }

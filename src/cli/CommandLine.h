@@ -15,6 +15,9 @@ public:
     QString option(const QString &name) const { return m_values.value(name); }
     bool has(const QString &name) const { return m_values.contains(name); }
     const QStringList &positional() const { return m_positional; }
+    // The database bundle named by --db ("~" expanded), or the one the
+    // location preference names.
+    QString bundleFolder() const;
 
 private:
     QHash<QString, QString> m_values;

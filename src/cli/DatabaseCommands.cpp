@@ -12,13 +12,6 @@
 
 namespace {
 
-// The bundle named by --db, or the one the preferences name.
-QString bundleFolder(const CommandLine &line)
-{
-    const QString db = line.option(QStringLiteral("--db"));
-    return db.isEmpty() ? DatabasePaths::databaseLocation() : DatabasePaths::expandTilde(db);
-}
-
 } // namespace
 
 int checkCommand(const QStringList &args)
@@ -28,7 +21,7 @@ int checkCommand(const QStringList &args)
         std::fprintf(stderr, "usage: ledgerwick-cli check [--db BUNDLE]\n%s\n", qPrintable(line.error()));
         return 2;
     }
-    const QString folder = bundleFolder(line);
+    const QString folder = line.bundleFolder();
     if (!QFileInfo(folder).isDir()) {
         std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
         return 1;
@@ -61,7 +54,7 @@ int saveCommand(const QStringList &args)
     }
     CliPlatform platform;
     Ledgerwick ledgerwick(&platform);
-    ledgerwick.setDatabaseLocation(bundleFolder(line));
+    ledgerwick.setDatabaseLocation(line.bundleFolder());
     ledgerwick.readDatabase(true);
     if (ledgerwick.isReadOnly()) {
         std::fprintf(stderr,

@@ -34,12 +34,6 @@ std::optional<Kind> kindNamed(const QString &name)
     return std::nullopt;
 }
 
-QString bundleFolder(const CommandLine &line)
-{
-    const QString db = line.option(QStringLiteral("--db"));
-    return db.isEmpty() ? DatabasePaths::databaseLocation() : DatabasePaths::expandTilde(db);
-}
-
 // "id:Title,id:Title": a column without a title is headed by its identifier.
 QList<lwDataSource::Column> parseColumns(const QString &text)
 {
@@ -149,7 +143,7 @@ int exportCommand(const QStringList &args)
         return 2;
     }
 
-    const QString folder = bundleFolder(line);
+    const QString folder = line.bundleFolder();
     if (!QFileInfo(folder).isDir()) {
         std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
         return 1;
@@ -206,7 +200,7 @@ int importCommand(const QStringList &args)
         std::fprintf(stderr, "ledgerwick-cli: cannot read %s\n", qPrintable(file));
         return 1;
     }
-    const QString folder = bundleFolder(line);
+    const QString folder = line.bundleFolder();
     if (!QFileInfo(folder).isDir()) {
         std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
         return 1;

@@ -17,8 +17,7 @@ int websiteExportCommand(const QStringList &args)
         std::fprintf(stderr, "usage: ledgerwick-cli website-export [--db BUNDLE]\n%s\n", qPrintable(line.error()));
         return 2;
     }
-    const QString db = line.option(QStringLiteral("--db"));
-    const QString folder = db.isEmpty() ? DatabasePaths::databaseLocation() : DatabasePaths::expandTilde(db);
+    const QString folder = line.bundleFolder();
     if (!QFileInfo(folder).isDir()) {
         std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
         return 1;
