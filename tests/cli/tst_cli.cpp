@@ -1,3 +1,5 @@
+#include "support/CliRunner.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -6,28 +8,7 @@
 
 namespace {
 
-struct Run
-{
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-bool copyFolder(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    const QStringList names = QDir(from).entryList(QDir::Files);
-    for (const QString &name : names)
-        if (!QFile::copy(QDir(from).filePath(name), QDir(to).filePath(name)))
-            return false;
-    return true;
-}
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using Run = CliRun;
 
 } // namespace
 
@@ -53,19 +34,7 @@ private:
 
 Run TestCli::cli(const QStringList &args)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("HOME"), m_home->path());
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home->filePath(QStringLiteral(".config")));
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(LW_CLI), args);
-    Run run;
-    if (!process.waitForFinished(60000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runCli(QStringLiteral(LW_CLI), args, m_home->path());
 }
 
 void TestCli::init()

@@ -1,3 +1,5 @@
+#include "support/CliRunner.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -6,34 +8,7 @@
 
 namespace {
 
-struct Run
-{
-    int status = -1;
-    QByteArray out;
-    QString err;
-};
-
-bool copyFolder(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    const QStringList names = QDir(from).entryList(QDir::Files);
-    for (const QString &name : names)
-        if (!QFile::copy(QDir(from).filePath(name), QDir(to).filePath(name)))
-            return false;
-    return true;
-}
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
+using Run = CliRun;
 
 // Every file of the bundle with its bytes, to show that nothing was written.
 QMap<QString, QByteArray> snapshot(const QString &folder)
@@ -69,21 +44,7 @@ private:
 
 Run TestExportImportCli::cli(const QStringList &args)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("HOME"), m_home->path());
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home->filePath(QStringLiteral(".config")));
-    // Standard error must hold the alerts alone, without Qt's runtime-folder warning.
-    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_home->filePath(QStringLiteral("runtime")));
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(LW_CLI), args);
-    Run run;
-    if (!process.waitForFinished(60000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runCli(QStringLiteral(LW_CLI), args, m_home->path());
 }
 
 void TestExportImportCli::init()
@@ -107,8 +68,8 @@ void TestExportImportCli::exportWritesWhatTheAppWrites()
     const Run items = cli(
         {QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--db"), bundle()});
     QCOMPARE(items.status, 0);
-    QCOMPARE(items.out, QByteArray("\"Code\",\"Item\",\"Qty\",\"Price\",\"Cost\",\"Status\"\r"
-                                   "\"P2\",\"Brass hinge \xC2\xBD\"\",\"14\",\"1,250.00\",\"\",\"\"\r"));
+    QCOMPARE(items.outBytes, QByteArray("\"Code\",\"Item\",\"Qty\",\"Price\",\"Cost\",\"Status\"\r"
+                                        "\"P2\",\"Brass hinge \xC2\xBD\"\",\"14\",\"1,250.00\",\"\",\"\"\r"));
 
     // The lines of order 5 only, the second row shaded, as a UTF-16 page.
     const QString output = m_home->filePath(QStringLiteral("lines.html"));
@@ -117,7 +78,7 @@ void TestExportImportCli::exportWritesWhatTheAppWrites()
              QStringLiteral("5"), QStringLiteral("--columns"), QStringLiteral("item:Item,qty"),
              QStringLiteral("--output"), output, QStringLiteral("--db"), bundle()});
     QCOMPARE(lines.status, 0);
-    QVERIFY(lines.out.isEmpty());
+    QVERIFY(lines.outBytes.isEmpty());
     const QString page = QStringLiteral(
         "<html><head><title>Data Export from Ledgerwick</title><body>"
         "<table cellpadding=2 cellspacing=2 border=0><tr>"
@@ -170,7 +131,7 @@ void TestExportImportCli::exportBadUsage()
     const Run run = cli(QStringList{QStringLiteral("export")} + args + QStringList{QStringLiteral("--db"), bundle()});
     QCOMPARE(run.status, 2);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
-    QVERIFY(run.out.isEmpty());
+    QVERIFY(run.outBytes.isEmpty());
 }
 
 void TestExportImportCli::importSavesAndReleasesTheLock()
@@ -185,18 +146,18 @@ void TestExportImportCli::importSavesAndReleasesTheLock()
     const Run items =
         cli({QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--columns"),
              QStringLiteral("code:Code,qty:Qty,comments:Notes"), QStringLiteral("--db"), bundle()});
-    QCOMPARE(items.out, QByteArray("\"Code\",\"Qty\",\"Notes\"\r"
-                                   "\"P2\",\"14\",\"\"\r"
-                                   "\"N1\",\"100\",\"Imported using Ledgerwick import routine\nbox\"\r"
-                                   "\"S1\",\"50\",\"Imported using Ledgerwick import routine\n\"\r"));
+    QCOMPARE(items.outBytes, QByteArray("\"Code\",\"Qty\",\"Notes\"\r"
+                                        "\"P2\",\"14\",\"\"\r"
+                                        "\"N1\",\"100\",\"Imported using Ledgerwick import routine\nbox\"\r"
+                                        "\"S1\",\"50\",\"Imported using Ledgerwick import routine\n\"\r"));
 
     // The list's own search field and stock filter apply before the export.
-    const Run searched = cli({QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"),
-                              QStringLiteral("--columns"), QStringLiteral("code:Code"), QStringLiteral("--search"),
-                              QStringLiteral("SCREW"), QStringLiteral("--filter"), QStringLiteral("In Stock"),
-                              QStringLiteral("--db"), bundle()});
+    const Run searched =
+        cli({QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--columns"),
+             QStringLiteral("code:Code"), QStringLiteral("--search"), QStringLiteral("SCREW"),
+             QStringLiteral("--filter"), QStringLiteral("In Stock"), QStringLiteral("--db"), bundle()});
     QCOMPARE(searched.status, 0);
-    QCOMPARE(searched.out, QByteArray("\"Code\"\r\"S1\"\r"));
+    QCOMPARE(searched.outBytes, QByteArray("\"Code\"\r\"S1\"\r"));
 
     // A file of one line imports nothing and says so.
     QVERIFY(writeBytes(file, "code\titem"));
@@ -216,7 +177,7 @@ void TestExportImportCli::importStopsAtARefusedField()
                                      "be set by an import. 1 records, this row's included, were added to the list.\n"));
     // What was made before the stop is saved, as at quit.
     const Run check = cli({QStringLiteral("check"), QStringLiteral("--db"), bundle()});
-    QVERIFY2(check.out.contains("\nitems 2\n"), check.out.constData());
+    QVERIFY2(check.outBytes.contains("\nitems 2\n"), check.outBytes.constData());
 }
 
 void TestExportImportCli::importRefusesALockedBundle()

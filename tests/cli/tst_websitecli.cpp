@@ -1,3 +1,5 @@
+#include "support/CliRunner.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,24 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Run
-{
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-
-bool writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
+using Run = CliRun;
 
 // One item of items.xml; the keys are given as the database stores them.
 QByteArray itemRecord(const QList<std::pair<const char *, QString>> &fields)
@@ -60,19 +45,7 @@ private:
 
 Run TestWebsiteCli::cli(const QStringList &args)
 {
-    QProcess process;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(u"HOME"_s, m_home->path());
-    env.insert(u"XDG_CONFIG_HOME"_s, home(u".config"_s));
-    process.setProcessEnvironment(env);
-    process.start(QStringLiteral(LW_CLI), args);
-    Run run;
-    if (!process.waitForFinished(60000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runCli(QStringLiteral(LW_CLI), args, m_home->path());
 }
 
 void TestWebsiteCli::init()
