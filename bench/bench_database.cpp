@@ -5,8 +5,8 @@
 //
 //   lw-bench-database BUNDLE [--runs N]
 #include "core/CliPlatform.h"
-#include "core/DatabaseStore.h"
-#include "core/Ledgerwick.h"
+#include "app/DatabaseStore.h"
+#include "app/Ledgerwick.h"
 #include "core/lwDataSource.h"
 
 #include <QCoreApplication>

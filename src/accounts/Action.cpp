@@ -65,8 +65,8 @@ QString Action::getFieldByName(const QString &name) const
 {
     for (const FieldAccess &field : kFields)
         if (name == field.name)
-            return field.get ? field.get(*this) : QStringLiteral("");
-    return QStringLiteral("");
+            return field.get ? field.get(*this) : lwEmpty();
+    return lwEmpty();
 }
 
 bool Action::setFieldByName(const QString &name, const QString &value)

@@ -52,7 +52,7 @@ QString Bill::getFieldByName(const QString &name) const
 {
     const FieldAccess *field = findField(name);
     if (!field || !field->get)
-        return QStringLiteral("");
+        return lwEmpty();
     return field->get(*this);
 }
 

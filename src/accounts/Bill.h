@@ -47,13 +47,13 @@ public:
     void setOrder(const QString &value);
 
 private:
-    QString m_number = QStringLiteral("");
-    QString m_name = QStringLiteral("");
-    QString m_datePaid = QStringLiteral("");
-    QString m_net = QStringLiteral("");
-    QString m_vat = QStringLiteral("");
-    QString m_amount = QStringLiteral("");
-    QString m_details = QStringLiteral("");
-    QString m_category = QStringLiteral("");
+    QString m_number = lwEmpty();
+    QString m_name = lwEmpty();
+    QString m_datePaid = lwEmpty();
+    QString m_net = lwEmpty();
+    QString m_vat = lwEmpty();
+    QString m_amount = lwEmpty();
+    QString m_details = lwEmpty();
+    QString m_category = lwEmpty();
     QString m_order;
 };

@@ -1,4 +1,6 @@
-#include "core/DatabaseStore.h"
+#include "app/DatabaseStore.h"
+
+#include "core/CalendarDate.h"
 
 #include "accounts/Action.h"
 #include "accounts/Bill.h"
@@ -11,8 +13,13 @@
 #include "products/Item.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
+#include <thread>
 #include <cstring>
 
 namespace {
@@ -442,4 +449,149 @@ bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, 
     writer.finishRecords();
     out = writer.data();
     return true;
+}
+
+namespace {
+
+// Runs the tasks on this thread and, when there is a second core, one more.
+void onBothCores(size_t tasks, const std::function<void(size_t)> &task)
+{
+    std::atomic<size_t> next{0};
+    auto work = [&] {
+        for (size_t i = next++; i < tasks; i = next++)
+            task(i);
+    };
+    std::vector<std::thread> threads;
+    if (tasks > 1 && std::thread::hardware_concurrency() > 1)
+        threads.emplace_back(work);
+    work();
+    for (std::thread &thread : threads)
+        thread.join();
+}
+
+// One stretch of a file's records, built on its own.
+struct Chunk
+{
+    DatabaseStore::Kind kind;
+    qsizetype from, to;
+    QByteArray bytes;
+    bool built = false;
+    QString error;
+};
+
+// Copies an unreadable file aside before it is first replaced; answers the
+// line to log. A file that could not be read is never replaced by what
+// little was loaded from it.
+QString keepUnreadableAside(bool &unreadable, const QString &path)
+{
+    if (!unreadable)
+        return {};
+    if (!QFile::exists(path)) {
+        unreadable = false;
+        return {};
+    }
+    const QString stamp = CalendarDate::currentDate().toString(QStringLiteral("%Y%m%d-%H%M%S"));
+    QString aside = path + QStringLiteral(".unreadable-") + stamp;
+    for (int n = 2; QFile::exists(aside); ++n)
+        aside = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
+    if (!QFile::copy(path, aside))
+        return {};
+    unreadable = false;
+    return QStringLiteral("%1 could not be read at start; kept as %2")
+        .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName());
+}
+
+// Writes one file from its built stretches; safe to run for different kinds at once.
+DatabaseStore::WriteOutcome writeFile(DatabaseStore::Kind kind, const std::vector<const Chunk *> &chunks,
+                                      const QString &folder, bool &unreadable)
+{
+    using Result = DatabaseStore::WriteResult;
+    DatabaseStore::WriteOutcome outcome;
+    const auto &file = DatabaseStore::fileOf(kind);
+    const QString path = QDir(folder).filePath(QString::fromLatin1(file.fileName));
+    const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
+    for (const Chunk *chunk : chunks) {
+        if (!chunk->built) {
+            // A record that cannot be written stops the save here.
+            outcome.log << failure << QStringLiteral("error: ") + chunk->error;
+            outcome.result = Result::Stopped;
+            return outcome;
+        }
+    }
+    const QString kept = keepUnreadableAside(unreadable, path);
+    if (!kept.isEmpty())
+        outcome.log << kept;
+    if (unreadable) {
+        outcome.log << failure << QStringLiteral("error: the unreadable file could not be set aside");
+        outcome.result = Result::Failed;
+        return outcome;
+    }
+    QList<QByteArray> parts;
+    parts << PropertyListWriter::header(file.collectionKey);
+    for (const Chunk *chunk : chunks)
+        parts << chunk->bytes;
+    parts << PropertyListWriter::footer();
+    QString error;
+    if (!PropertyListWriter::writeFile(path, parts, &error)) {
+        outcome.log << failure << QStringLiteral("error: ") + error;
+        outcome.result = Result::Failed;
+        return outcome;
+    }
+    outcome.result = Result::Written;
+    return outcome;
+}
+
+} // namespace
+
+std::array<DatabaseStore::Loaded, 6> DatabaseStore::readAll(const QString &folderPath)
+{
+    const QDir folder(folderPath);
+    std::array<Loaded, 6> loaded;
+    std::vector<Kind> queue;
+    for (const auto &file : files())
+        queue.push_back(file.kind);
+    // The largest first, so that the two readers finish together.
+    std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
+        return QFileInfo(folder.filePath(QString::fromLatin1(fileOf(a).fileName))).size() >
+               QFileInfo(folder.filePath(QString::fromLatin1(fileOf(b).fileName))).size();
+    });
+    onBothCores(queue.size(), [&](size_t i) { loaded[size_t(queue[i])] = read(queue[i], folderPath); });
+    return loaded;
+}
+
+std::array<DatabaseStore::WriteOutcome, 6> DatabaseStore::writeFiles(const std::vector<Kind> &asked,
+                                                                     const Collections &collections,
+                                                                     const QString &folder,
+                                                                     std::array<bool, 6> &unreadable)
+{
+    constexpr qsizetype kChunkRecords = 40000;
+    std::vector<Kind> kinds = asked;
+    std::vector<Chunk> chunks;
+    for (Kind kind : kinds) {
+        const qsizetype count = collections[size_t(kind)]->getCount();
+        qsizetype from = 0;
+        do {
+            chunks.push_back({kind, from, std::min(count, from + kChunkRecords), {}, false, {}});
+            from += kChunkRecords;
+        } while (from < count);
+    }
+    onBothCores(chunks.size(), [&](size_t i) {
+        Chunk &chunk = chunks[i];
+        chunk.built = serializeRecords(chunk.kind, *collections[size_t(chunk.kind)], chunk.from, chunk.to,
+                                       chunk.bytes, &chunk.error);
+    });
+    // The largest files first, so that the two writers finish together.
+    std::stable_sort(kinds.begin(), kinds.end(), [&](Kind a, Kind b) {
+        return collections[size_t(a)]->getCount() > collections[size_t(b)]->getCount();
+    });
+    std::array<WriteOutcome, 6> outcomes;
+    onBothCores(kinds.size(), [&](size_t i) {
+        std::vector<const Chunk *> parts;
+        for (const Chunk &chunk : chunks)
+            if (chunk.kind == kinds[i])
+                parts.push_back(&chunk);
+        // Each task touches only its own kind's flag.
+        outcomes[size_t(kinds[i])] = writeFile(kinds[i], parts, folder, unreadable[size_t(kinds[i])]);
+    });
+    return outcomes;
 }

@@ -1,23 +1,24 @@
 #pragma once
 
 #include "core/dataObject.h"
+#include "core/lwDataSource.h"
 #include "core/PropertyListReader.h"
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <memory>
 #include <vector>
-
-class lwDataSource;
 
 // The six record files of a database bundle: which file holds which kind,
 // and how each record is read from and written to its property list.
 //
 // Reading builds the records without touching any collection, so the files
 // can be read side by side on several threads; the controller then adds them
-// to its managers in the fixed order on the main thread.
+// to its managers in the fixed order on the main thread. Writing builds each
+// file in stretches on both cores and writes the files side by side.
 class DatabaseStore
 {
 public:
@@ -58,4 +59,22 @@ public:
     // so that the stretches of a large file can be built side by side.
     static bool serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
                                  QByteArray &out, QString *error = nullptr);
+
+    // Reads the six files of the bundle folder side by side, largest first.
+    static std::array<Loaded, 6> readAll(const QString &folder);
+
+    enum class WriteResult { Written, Failed, Stopped };
+    struct WriteOutcome
+    {
+        WriteResult result = WriteResult::Failed;
+        QStringList log; // lines to log, in order
+    };
+    using Collections = std::array<const lwDataSource *, 6>;
+    // Writes the files of the kinds asked, each atomically, from the
+    // collections given. A file marked unreadable (read in part or not at all)
+    // is first copied aside, and its mark cleared; one that cannot be set
+    // aside is not replaced. Answers what happened to each kind; nothing is
+    // logged here, so the caller logs in its fixed order.
+    static std::array<WriteOutcome, 6> writeFiles(const std::vector<Kind> &kinds, const Collections &collections,
+                                                  const QString &folder, std::array<bool, 6> &unreadable);
 };

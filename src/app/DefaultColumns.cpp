@@ -1,4 +1,4 @@
-#include "core/DefaultColumns.h"
+#include "app/DefaultColumns.h"
 
 #include "core/Platform.h"
 
@@ -35,4 +35,19 @@ QList<lwDataSource::Column> DefaultColumns::forKind(DatabaseStore::Kind kind)
                 col("totaltime", "Time", 60), col("totalcharge", "Charge", 80), col("complete", "Done", 50)};
     }
     return {};
+}
+
+QList<lwDataSource::Column> DefaultColumns::moneyIn()
+{
+    return {col("date", "Date", 90), col("details", "Details", 260), col("amount", "Amount", 90)};
+}
+
+QList<lwDataSource::Column> DefaultColumns::statement()
+{
+    return {col("date", "Date", 90), col("details", "Details", 260), col("in", "In", 90), col("out", "Out", 90)};
+}
+
+QList<lwDataSource::Column> DefaultColumns::reports()
+{
+    return {col("field1", "Report", 300)};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/DatabaseStore.h"
+#include "app/DatabaseStore.h"
 #include "core/lwDataSource.h"
 
 #include <QList>
@@ -11,4 +11,8 @@ class DefaultColumns
 {
 public:
     static QList<lwDataSource::Column> forKind(DatabaseStore::Kind kind);
+    // The accounts tab's money-in and statement tables, and the reports table.
+    static QList<lwDataSource::Column> moneyIn();
+    static QList<lwDataSource::Column> statement();
+    static QList<lwDataSource::Column> reports();
 };

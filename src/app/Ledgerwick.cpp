@@ -1,78 +1,92 @@
-#include "core/Ledgerwick.h"
+#include "app/Ledgerwick.h"
 
 #include "accounts/Action.h"
 #include "accounts/Bill.h"
+#include "app/DefaultColumns.h"
 #include "contacts/Contact.h"
+#include "contacts/ContactManager.h"
 #include "core/CalendarDate.h"
 #include "core/DatabasePaths.h"
-#include "contacts/ContactManager.h"
 #include "core/Log.h"
-#include "products/ItemManager.h"
-#include "products/Picker.h"
-#include "products/SupplierDataSource.h"
-#include "core/lwDataSource.h"
-#include "core/lwDateFormatter.h"
 #include "core/NumberText.h"
 #include "core/Platform.h"
 #include "core/PropertyListWriter.h"
 #include "core/RecordTable.h"
+#include "core/lwDataSource.h"
+#include "core/lwDateFormatter.h"
 #include "orders/Material.h"
 #include "orders/Order.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
 #include "products/Item.h"
+#include "products/ItemManager.h"
+#include "products/Picker.h"
+#include "products/SupplierDataSource.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringEncoder>
 
-#include <algorithm>
-#include <functional>
-#include <atomic>
-#include <thread>
-
 using Kind = DatabaseStore::Kind;
 
 Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
-    : QObject(parent), m_platform(platform), m_prefs(new PrefsController(platform, this)),
+    : lwController(parent), m_platform(platform), m_prefs(new PrefsController(platform, this)),
       m_manual(new Manual(platform, this))
 {
+    m_contacts = new ContactManager(this);
+    m_contacts->setObjectName(QStringLiteral("contacts"));
+    m_items = new ItemManager(this);
+    m_orders = makeList(Kind::Orders);
+    m_materials = makeList(Kind::Materials);
+    m_bills = makeList(Kind::Bills);
+    m_actions = makeList(Kind::Actions);
+    m_managers = {m_contacts, m_orders, m_items, m_materials, m_bills, m_actions};
+    for (const auto &file : DatabaseStore::files()) {
+        m_managers[size_t(file.kind)]->setLedgerwick(this);
+        m_managers[size_t(file.kind)]->setColumns(DefaultColumns::forKind(file.kind));
+    }
+
+    // The accounts' and the reports' tables, filled once their managers land.
+    m_moneyIn = new RecordTable({}, this);
+    m_moneyIn->setObjectName(QStringLiteral("moneyIn"));
+    m_moneyIn->setColumns(DefaultColumns::moneyIn());
+    m_statement = new RecordTable({}, this);
+    m_statement->setObjectName(QStringLiteral("statement"));
+    m_statement->setColumns(DefaultColumns::statement());
+    m_reports = new RecordTable({}, this);
+    m_reports->setObjectName(QStringLiteral("reports"));
+    m_reports->setColumns(DefaultColumns::reports());
+    for (lwDataSource *list : {m_moneyIn, m_statement, m_reports})
+        list->setLedgerwick(this);
+
+    m_supplierDataSource = new SupplierDataSource(this);
+    m_supplierDataSource->setLedgerwick(this);
+    m_supplierDataSource->setContactManager(m_contacts);
+    m_picker = new Picker(this);
+    m_picker->setLedgerwick(this);
+    m_items->setSupplierSource(m_supplierDataSource);
+    m_items->setPickerOpener([picker = m_picker](lwDataSource *source, const QString &field1, const QString &field2,
+                                                 const QString &type, std::function<void(dataObject *)> done) {
+        picker->beginfor(std::move(done), source, field1, field2, type);
+    });
+}
+
+RecordTable *Ledgerwick::makeList(Kind kind)
+{
     // Until each manager brings its own rules, its list is a plain table of
-    // its records, dates sorting as dates where the record kind says so.
-    const RecordTable::DateTest dateTests[] = {{}, &Order::isDate, {}, {}, &Bill::isDate, {}};
-    // The import makes plain default records until a manager brings its own.
-    const RecordTable::Factory factories[] = {
+    // its records, dates sorting as dates where the record kind says so, and
+    // the import makes plain default records.
+    static const RecordTable::DateTest dateTests[] = {{}, &Order::isDate, {}, {}, &Bill::isDate, {}};
+    static const RecordTable::Factory factories[] = {
         [] { return std::make_shared<Contact>(); }, [] { return std::make_shared<Order>(); },
         [] { return std::make_shared<Item>(); },    [] { return std::make_shared<Material>(); },
         [] { return std::make_shared<Bill>(); },    [] { return std::make_shared<Action>(); },
     };
-    for (const auto &file : DatabaseStore::files()) {
-        auto *collection = new RecordTable(dateTests[size_t(file.kind)], this);
-        collection->setFactory(factories[size_t(file.kind)]);
-        collection->setObjectName(QString::fromLatin1(file.name));
-        collection->setLedgerwick(this);
-        m_managers[size_t(file.kind)] = collection;
-    }
-
-    // The managers whose rules have landed take the place of their plain lists.
-    auto *contacts = new ContactManager;
-    contacts->setObjectName(QStringLiteral("contacts"));
-    setManager(Kind::Contacts, contacts);
-    auto *items = new ItemManager;
-    items->setObjectName(QStringLiteral("items"));
-    setManager(Kind::Items, items);
-
-    m_supplierDataSource = new SupplierDataSource(this);
-    m_supplierDataSource->setLedgerwick(this);
-    m_supplierDataSource->setContactManager(contacts);
-    m_picker = new Picker(this);
-    m_picker->setLedgerwick(this);
-    items->setSupplierSource(m_supplierDataSource);
-    items->setPickerOpener([picker = m_picker](lwDataSource *source, const QString &field1, const QString &field2,
-                                               const QString &type, std::function<void(dataObject *)> done) {
-        picker->beginfor(std::move(done), source, field1, field2, type);
-    });
+    auto *list = new RecordTable(dateTests[size_t(kind)], this);
+    list->setFactory(factories[size_t(kind)]);
+    list->setObjectName(QString::fromLatin1(DatabaseStore::fileOf(kind).name));
+    return list;
 }
 
 Ledgerwick::~Ledgerwick() = default;
@@ -96,18 +110,9 @@ void Ledgerwick::applicationShouldTerminate()
 {
     m_prefs->OKButton(this);
     writeDatabase(this);
-    if (auto *items = dynamic_cast<ItemManager *>(getItemManager()))
-        items->disconnectWindow(this);
-}
-
-void Ledgerwick::setManager(Kind kind, lwDataSource *manager)
-{
-    if (!manager || m_managers[size_t(kind)] == manager)
-        return;
-    delete m_managers[size_t(kind)];
-    manager->setParent(this);
-    manager->setLedgerwick(this);
-    m_managers[size_t(kind)] = manager;
+    // In this order: items, actions, bills, contacts, the company editor and
+    // orders, as each gains an editor.
+    m_items->disconnectWindow(this);
 }
 
 void Ledgerwick::setReadOnly(bool readOnly)
@@ -131,14 +136,14 @@ Contact *Ledgerwick::getContactbyId(const QString &id) const
 QString Ledgerwick::getContactNameforId(const QString &id) const
 {
     if (id == QLatin1String("0"))
-        return QString(QLatin1String(""));
+        return lwEmpty();
     const Contact *contact = getContactbyId(id);
-    return contact ? contact->getName() : QString(QLatin1String(""));
+    return contact ? contact->getName() : lwEmpty();
 }
 
 QString Ledgerwick::getContactIdForName(const QString &name) const
 {
-    for (const auto &record : getContactManager()->records()) {
+    for (const auto &record : m_contacts->records()) {
         const auto *contact = dynamic_cast<const Contact *>(record.get());
         if (contact && contact->getName() == name)
             return QString::number(contact->getID());
@@ -183,9 +188,80 @@ void Ledgerwick::requestCheckoutManagerResign()
         m_checkoutManager->requestResign(this);
 }
 
+// --- routing ---------------------------------------------------------------------
+
+lwDataSource *Ledgerwick::frontDataSource() const
+{
+    if (!m_mainWindowKey)
+        return nullptr;
+    if (m_selectedTab == QLatin1String("1"))
+        return m_contacts;
+    if (m_selectedTab == QLatin1String("2"))
+        return m_orders;
+    if (m_selectedTab == QLatin1String("3"))
+        return m_items;
+    if (m_selectedTab == QLatin1String("tabActions"))
+        return m_actions;
+    if (m_selectedTab == QLatin1String("tabAccounts"))
+        return m_selectedAccountsTab == QLatin1String("1") ? m_bills : nullptr;
+    if (m_selectedTab == QLatin1String("tabReports"))
+        return m_reports;
+    return nullptr;
+}
+
+lwDataSource *Ledgerwick::frontList() const
+{
+    if (!m_mainWindowKey)
+        return nullptr;
+    if (m_selectedTab == QLatin1String("tabAccounts")) {
+        if (m_selectedAccountsTab == QLatin1String("2"))
+            return m_moneyIn;
+        if (m_selectedAccountsTab == QLatin1String("3"))
+            return m_statement;
+        return m_bills;
+    }
+    if (m_selectedTab == QLatin1String("tabReports"))
+        lwLog(QStringLiteral("*** is reports"));
+    return frontDataSource();
+}
+
+std::array<lwDataSource *, 5> Ledgerwick::firstResponderOrder() const
+{
+    return {m_orders, m_contacts, m_actions, m_items, m_bills};
+}
+
+void Ledgerwick::deleteMenuItem()
+{
+    for (lwDataSource *manager : firstResponderOrder())
+        if (m_focusedList && manager == m_focusedList) {
+            manager->deleteKey(this);
+            return;
+        }
+}
+
+void Ledgerwick::editMenuItem()
+{
+    for (lwDataSource *manager : firstResponderOrder())
+        if (m_focusedList && manager == m_focusedList) {
+            manager->edit(this);
+            return;
+        }
+}
+
+void Ledgerwick::newMenuItem()
+{
+    if (lwDataSource *source = frontDataSource())
+        source->create(this);
+}
+
+dataObject *Ledgerwick::checkoutOrder() const
+{
+    return m_focusedList == m_orders ? m_orders->getSelectedItem() : nullptr;
+}
+
 QString Ledgerwick::getCurrentContactIdAsString() const
 {
-    const dataObject *contact = getContactManager()->getSelectedItem();
+    const dataObject *contact = m_contacts->getSelectedItem();
     return contact ? QString::number(contact->getID()) : QStringLiteral("-1");
 }
 
@@ -195,36 +271,22 @@ bool Ledgerwick::fileManagerShouldProceedAfterError(const QString &error)
     return true;
 }
 
+QString Ledgerwick::databaseLocation() const
+{
+    return m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation(m_prefs->getDbLocation())
+                                        : DatabasePaths::expandTilde(m_locationOverride);
+}
+
 void Ledgerwick::readDatabase(bool takeLock)
 {
-    m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation(m_prefs->getDbLocation())
-                                                        : DatabasePaths::expandTilde(m_locationOverride);
+    m_originalDbLocation = databaseLocation();
     const QDir folder(m_originalDbLocation);
     m_unreadable.fill(false);
     m_lockDateTime.clear();
 
-    // The six files are parsed side by side (largest first), then added to
-    // their managers in the fixed order below on this thread.
-    std::array<DatabaseStore::Loaded, 6> loaded;
-    std::vector<Kind> queue;
-    for (const auto &file : DatabaseStore::files())
-        queue.push_back(file.kind);
-    std::stable_sort(queue.begin(), queue.end(), [&](Kind a, Kind b) {
-        return QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(a).fileName))).size() >
-               QFileInfo(folder.filePath(QString::fromLatin1(DatabaseStore::fileOf(b).fileName))).size();
-    });
-    std::atomic<size_t> next{0};
-    auto work = [&] {
-        for (size_t i = next++; i < queue.size(); i = next++)
-            loaded[size_t(queue[i])] = DatabaseStore::read(queue[i], m_originalDbLocation);
-    };
-    const unsigned workers = std::clamp(std::thread::hardware_concurrency(), 1u, 2u);
-    std::vector<std::thread> threads;
-    for (unsigned t = 1; t < workers; ++t)
-        threads.emplace_back(work);
-    work();
-    for (std::thread &thread : threads)
-        thread.join();
+    // The six files are parsed side by side, then added to their managers
+    // in the fixed order below on this thread.
+    std::array<DatabaseStore::Loaded, 6> loaded = DatabaseStore::readAll(m_originalDbLocation);
 
     lwLog(QStringLiteral("reading db, starting contacts"));
     m_lockLocation = folder.filePath(QStringLiteral("lock.xml"));
@@ -288,64 +350,6 @@ void Ledgerwick::readDatabase(bool takeLock)
     setReadOnly(false);
 }
 
-QString Ledgerwick::keepUnreadableAside(Kind kind, const QString &path)
-{
-    // A file that could not be read is never replaced by what little was
-    // loaded from it: it is copied aside first, once.
-    if (!m_unreadable[size_t(kind)])
-        return {};
-    if (!QFile::exists(path)) {
-        m_unreadable[size_t(kind)] = false;
-        return {};
-    }
-    const QString stamp = CalendarDate::currentDate().toString(QStringLiteral("%Y%m%d-%H%M%S"));
-    QString aside = path + QStringLiteral(".unreadable-") + stamp;
-    for (int n = 2; QFile::exists(aside); ++n)
-        aside = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
-    if (!QFile::copy(path, aside))
-        return {};
-    m_unreadable[size_t(kind)] = false;
-    return QStringLiteral("%1 could not be read at start; kept as %2")
-        .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName());
-}
-
-Ledgerwick::WriteOutcome Ledgerwick::writeFile(Kind kind, const std::vector<const Chunk *> &chunks)
-{
-    WriteOutcome outcome;
-    const auto &file = DatabaseStore::fileOf(kind);
-    const QString path = QDir(m_originalDbLocation).filePath(QString::fromLatin1(file.fileName));
-    const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
-    for (const Chunk *chunk : chunks) {
-        if (!chunk->built) {
-            // A record that cannot be written stops the save here.
-            outcome.log << failure << QStringLiteral("error: ") + chunk->error;
-            outcome.result = WriteResult::Stopped;
-            return outcome;
-        }
-    }
-    const QString kept = keepUnreadableAside(kind, path);
-    if (!kept.isEmpty())
-        outcome.log << kept;
-    if (m_unreadable[size_t(kind)]) {
-        outcome.log << failure << QStringLiteral("error: the unreadable file could not be set aside");
-        outcome.result = WriteResult::Failed;
-        return outcome;
-    }
-    QList<QByteArray> parts;
-    parts << PropertyListWriter::header(file.collectionKey);
-    for (const Chunk *chunk : chunks)
-        parts << chunk->bytes;
-    parts << PropertyListWriter::footer();
-    QString error;
-    if (!PropertyListWriter::writeFile(path, parts, &error)) {
-        outcome.log << failure << QStringLiteral("error: ") + error;
-        outcome.result = WriteResult::Failed;
-        return outcome;
-    }
-    outcome.result = WriteResult::Written;
-    return outcome;
-}
-
 bool Ledgerwick::writeDatabase(QObject *which)
 {
     if (m_readOnly)
@@ -358,73 +362,36 @@ bool Ledgerwick::writeDatabase(QObject *which)
         return false; // a save asked by anything else writes nothing
 
     if (m_originalDbLocation.isEmpty())
-        m_originalDbLocation = m_locationOverride.isEmpty() ? DatabasePaths::databaseLocation(m_prefs->getDbLocation())
-                                                            : DatabasePaths::expandTilde(m_locationOverride);
+        m_originalDbLocation = databaseLocation();
     QDir().mkpath(DatabasePaths::applicationSupportFolder());
     QDir().mkpath(DatabasePaths::standardBundleFolder());
     QDir().mkpath(m_originalDbLocation);
     if (m_lockLocation.isEmpty())
         m_lockLocation = QDir(m_originalDbLocation).filePath(QStringLiteral("lock.xml"));
 
-    // The files are built in stretches on both cores, then written side by
-    // side; what went wrong is logged afterwards in the fixed order.
-    constexpr qsizetype kChunkRecords = 40000;
     std::vector<Kind> kinds;
-    std::vector<Chunk> chunks;
+    DatabaseStore::Collections collections{};
     for (const auto &file : DatabaseStore::files()) {
-        if (!all && which != m_managers[size_t(file.kind)])
-            continue;
-        kinds.push_back(file.kind);
-        const qsizetype count = m_managers[size_t(file.kind)]->getCount();
-        qsizetype from = 0;
-        do {
-            chunks.push_back({file.kind, from, std::min(count, from + kChunkRecords), {}, false, {}});
-            from += kChunkRecords;
-        } while (from < count);
+        collections[size_t(file.kind)] = m_managers[size_t(file.kind)];
+        if (all || which == m_managers[size_t(file.kind)])
+            kinds.push_back(file.kind);
     }
-    auto onBothCores = [](size_t tasks, const std::function<void(size_t)> &task) {
-        std::atomic<size_t> next{0};
-        auto work = [&] {
-            for (size_t i = next++; i < tasks; i = next++)
-                task(i);
-        };
-        std::vector<std::thread> threads;
-        if (tasks > 1 && std::thread::hardware_concurrency() > 1)
-            threads.emplace_back(work);
-        work();
-        for (std::thread &thread : threads)
-            thread.join();
-    };
-    onBothCores(chunks.size(), [&](size_t i) {
-        Chunk &chunk = chunks[i];
-        chunk.built = DatabaseStore::serializeRecords(chunk.kind, *m_managers[size_t(chunk.kind)], chunk.from,
-                                                      chunk.to, chunk.bytes, &chunk.error);
-    });
-    // The largest files first, so that the two writers finish together.
-    std::stable_sort(kinds.begin(), kinds.end(), [&](Kind a, Kind b) {
-        return m_managers[size_t(a)]->getCount() > m_managers[size_t(b)]->getCount();
-    });
-    std::array<WriteOutcome, 6> outcomes;
-    onBothCores(kinds.size(), [&](size_t i) {
-        std::vector<const Chunk *> parts;
-        for (const Chunk &chunk : chunks)
-            if (chunk.kind == kinds[i])
-                parts.push_back(&chunk);
-        outcomes[size_t(kinds[i])] = writeFile(kinds[i], parts);
-    });
+    const std::array<DatabaseStore::WriteOutcome, 6> outcomes =
+        DatabaseStore::writeFiles(kinds, collections, m_originalDbLocation, m_unreadable);
 
+    // What went wrong is logged afterwards in the fixed order.
     bool ok = true;
     for (const auto &file : DatabaseStore::files()) {
         if (!all && which != m_managers[size_t(file.kind)])
             continue;
-        const WriteOutcome &outcome = outcomes[size_t(file.kind)];
+        const DatabaseStore::WriteOutcome &outcome = outcomes[size_t(file.kind)];
         for (const QString &line : outcome.log)
             lwLog(line);
-        if (outcome.result == WriteResult::Stopped)
+        if (outcome.result == DatabaseStore::WriteResult::Stopped)
             return false; // and the lock stays
-        ok = ok && outcome.result == WriteResult::Written;
+        ok = ok && outcome.result == DatabaseStore::WriteResult::Written;
     }
-    if (!all && which != getActionManager())
+    if (!all && which != m_actions)
         return ok;
     // Every save that writes the actions releases the lock.
     QFile lock(m_lockLocation);

@@ -1,3 +1,4 @@
+#include "cli/CliCommand.h"
 #include "cli/Commands.h"
 
 #include "richtext/RichTextTools.h"
@@ -38,16 +39,6 @@ Format formatOf(QString path)
     if (suffix == QLatin1String("pdf"))
         return Format::Pdf;
     return Format::Unknown;
-}
-
-int usage(const char *problem)
-{
-    if (problem)
-        std::fprintf(stderr, "ledgerwick-cli convert: %s\n", problem);
-    std::fprintf(stderr,
-                 "Usage: ledgerwick-cli convert IN OUT\n"
-                 "  IN is a .rtf, .rtfd, .html or .txt document; OUT a .rtf, .rtfd, .html, .txt or .pdf file.\n");
-    return 2;
 }
 
 int fail(const QString &message)
@@ -125,16 +116,20 @@ QString selfContainedHtml(const QTextDocument &document)
 
 int convertCommand(const QStringList &args)
 {
-    if (args.size() != 2)
-        return usage(nullptr);
-    const QString &inPath = args.at(0);
-    const QString &outPath = args.at(1);
+    CliCommand command("convert IN OUT", "Converts a document between .rtf, .rtfd, .html, .htm and .txt, or "
+                                         "to .pdf.");
+    command.parser().addPositionalArgument(QStringLiteral("IN"), QStringLiteral("the document to read"));
+    command.parser().addPositionalArgument(QStringLiteral("OUT"), QStringLiteral("the document to write"));
+    if (const int status = command.parse(args, 2, 2); status >= 0)
+        return status;
+    const QString inPath = command.positional().at(0);
+    const QString outPath = command.positional().at(1);
     const Format in = formatOf(inPath);
     const Format out = formatOf(outPath);
     if (in == Format::Unknown || in == Format::Pdf)
-        return usage("IN must end in .rtf, .rtfd, .html, .htm or .txt");
+        return command.usageError(QStringLiteral("IN must end in .rtf, .rtfd, .html, .htm or .txt"));
     if (out == Format::Unknown)
-        return usage("OUT must end in .rtf, .rtfd, .html, .htm, .txt or .pdf");
+        return command.usageError(QStringLiteral("OUT must end in .rtf, .rtfd, .html, .htm, .txt or .pdf"));
 
     QTextDocument document;
     QString error;

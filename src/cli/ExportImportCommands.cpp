@@ -1,11 +1,10 @@
-#include "cli/CommandLine.h"
+#include "cli/CliCommand.h"
 #include "cli/Commands.h"
 
 #include "products/ItemManager.h"
 #include "core/CliPlatform.h"
-#include "core/DatabasePaths.h"
-#include "core/DefaultColumns.h"
-#include "core/Ledgerwick.h"
+#include "app/DefaultColumns.h"
+#include "app/Ledgerwick.h"
 #include "core/lwDataSource.h"
 #include "core/PropertyListWriter.h"
 #include "orders/Material.h"
@@ -19,12 +18,6 @@
 namespace {
 
 using Kind = DatabaseStore::Kind;
-
-const char kExportUsage[] = "usage: ledgerwick-cli export KIND (--csv|--html) [--columns id:Title,id:Title,...] "
-                            "[--search TEXT] [--filter TITLE] [--order ID] [--output FILE] [--db BUNDLE]\n"
-                            "KIND is contacts, orders, items, materials, bills or actions\n";
-const char kImportUsage[] = "usage: ledgerwick-cli import KIND FILE [--db BUNDLE]\n"
-                            "KIND is contacts, orders, items, materials, bills or actions\n";
 
 std::optional<Kind> kindNamed(const QString &name)
 {
@@ -52,16 +45,17 @@ QList<lwDataSource::Column> parseColumns(const QString &text)
 // The lists have no search field or filter pop-up of their own yet, so there
 // is nothing to apply the search text or title to; they are refused rather
 // than silently ignored.
-bool applySearchAndFilter(lwDataSource &list, const QString &kindName, const CommandLine &line)
+bool applySearchAndFilter(Ledgerwick &ledgerwick, lwDataSource &list, const QString &kindName,
+                          const CliCommand &line)
 {
     // The items list has a search field and a stock filter; the other lists
     // bring theirs with their own managers.
-    if (auto *items = dynamic_cast<ItemManager *>(&list)) {
-        ItemEditorState &state = items->editorState();
-        if (line.has(QStringLiteral("--search")))
-            state.searchText = line.option(QStringLiteral("--search"));
-        if (line.has(QStringLiteral("--filter"))) {
-            const QString title = line.option(QStringLiteral("--filter"));
+    if (&list == ledgerwick.getItemManager()) {
+        ItemEditorState &state = ledgerwick.getItemManager()->editorState();
+        if (line.isSet(QStringLiteral("search")))
+            state.searchText = line.value(QStringLiteral("search"));
+        if (line.isSet(QStringLiteral("filter"))) {
+            const QString title = line.value(QStringLiteral("filter"));
             if (!state.stockFilter.entries.contains(title)) {
                 std::fprintf(stderr, "ledgerwick-cli: the items filter has no entry \"%s\" (it has: %s)\n",
                              qPrintable(title), qPrintable(state.stockFilter.entries.join(QStringLiteral(", "))));
@@ -72,10 +66,10 @@ bool applySearchAndFilter(lwDataSource &list, const QString &kindName, const Com
         list.filter(nullptr);
         return true;
     }
-    for (const char *option : {"--search", "--filter"}) {
-        if (line.has(QLatin1String(option))) {
-            std::fprintf(stderr, "ledgerwick-cli: the %s list has no %s yet; %s cannot be applied\n",
-                         qPrintable(kindName), option[2] == 's' ? "search field" : "filter pop-up", option);
+    for (const char *option : {"search", "filter"}) {
+        if (line.isSet(QLatin1String(option))) {
+            std::fprintf(stderr, "ledgerwick-cli: the %s list has no %s yet; --%s cannot be applied\n",
+                         qPrintable(kindName), option[0] == 's' ? "search field" : "filter pop-up", option);
             return false;
         }
     }
@@ -114,48 +108,51 @@ private:
 
 int exportCommand(const QStringList &args)
 {
-    const CommandLine line(args,
-                           {QStringLiteral("--columns"), QStringLiteral("--search"), QStringLiteral("--filter"),
-                            QStringLiteral("--order"), QStringLiteral("--output"), QStringLiteral("--db")},
-                           {QStringLiteral("--csv"), QStringLiteral("--html")});
-    const std::optional<Kind> kind =
-        line.positional().size() == 1 ? kindNamed(line.positional().first()) : std::nullopt;
-    const bool html = line.has(QStringLiteral("--html"));
-    if (!line.ok() || !kind || html == line.has(QStringLiteral("--csv"))) {
-        std::fprintf(stderr, "%s%s\n", kExportUsage, qPrintable(line.error()));
-        return 2;
-    }
+    CliCommand line("export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] "
+                    "[--order ID] [--output FILE] [--db BUNDLE]",
+                    "Writes a list as the app's export does. KIND is contacts, orders, items, materials, bills "
+                    "or actions.");
+    line.parser().addPositionalArgument(QStringLiteral("KIND"), QStringLiteral("the list to export"));
+    line.addFlag(QStringLiteral("csv"), QStringLiteral("spreadsheet text (UTF-8)"));
+    line.addFlag(QStringLiteral("html"), QStringLiteral("an HTML page (UTF-16)"));
+    line.addValueOption(QStringLiteral("columns"), QStringLiteral("id:Title,..."),
+                        QStringLiteral("the columns, instead of the list's own"));
+    line.addValueOption(QStringLiteral("search"), QStringLiteral("TEXT"), QStringLiteral("the list's search text"));
+    line.addValueOption(QStringLiteral("filter"), QStringLiteral("TITLE"), QStringLiteral("the list's filter entry"));
+    line.addValueOption(QStringLiteral("order"), QStringLiteral("ID"), QStringLiteral("the order whose lines to export"));
+    line.addValueOption(QStringLiteral("output"), QStringLiteral("FILE"),
+                        QStringLiteral("where to write (default: standard output)"));
+    line.addDbOption();
+    if (const int status = line.parse(args, 1, 1); status >= 0)
+        return status;
+    const std::optional<Kind> kind = kindNamed(line.positional().first());
+    const bool html = line.isSet(QStringLiteral("html"));
+    if (!kind)
+        return line.usageError(QStringLiteral("there is no list called ") + line.positional().first());
+    if (html == line.isSet(QStringLiteral("csv")))
+        return line.usageError(QStringLiteral("give one of --csv and --html"));
     const QString kindName = line.positional().first();
     const bool materials = *kind == Kind::Materials;
     bool orderOk = false;
-    const int orderId = line.option(QStringLiteral("--order")).toInt(&orderOk);
-    if (materials != line.has(QStringLiteral("--order")) || (materials && !orderOk)) {
-        std::fprintf(stderr, "%s--order ID is required for materials and only for them\n", kExportUsage);
-        return 2;
-    }
+    const int orderId = line.value(QStringLiteral("order")).toInt(&orderOk);
+    if (materials != line.isSet(QStringLiteral("order")) || (materials && !orderOk))
+        return line.usageError(QStringLiteral("--order ID is required for materials and only for them"));
     QList<lwDataSource::Column> columns = DefaultColumns::forKind(*kind);
-    if (line.has(QStringLiteral("--columns")))
-        columns = parseColumns(line.option(QStringLiteral("--columns")));
-    if (columns.isEmpty()) {
-        std::fprintf(stderr, "%s%s\n", kExportUsage,
-                     line.has(QStringLiteral("--columns")) ? "--columns needs id:Title entries separated by commas"
-                                                           : "this list has no default columns: give --columns");
-        return 2;
-    }
+    if (line.isSet(QStringLiteral("columns")))
+        columns = parseColumns(line.value(QStringLiteral("columns")));
+    if (columns.isEmpty())
+        return line.usageError(line.isSet(QStringLiteral("columns"))
+                                   ? QStringLiteral("--columns needs id:Title entries separated by commas")
+                                   : QStringLiteral("this list has no default columns: give --columns"));
 
-    const QString folder = line.bundleFolder();
-    if (!QFileInfo(folder).isDir()) {
-        std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
-        return 1;
-    }
     CliPlatform platform;
     Ledgerwick ledgerwick(&platform);
-    ledgerwick.setDatabaseLocation(folder);
     // Reading only: no lock is taken, so this runs beside an open app.
-    ledgerwick.readDatabase(false);
+    if (const int status = openBundle(ledgerwick, line.bundleFolder(), BundleAccess::Look); status >= 0)
+        return status;
     lwDataSource &list = *ledgerwick.manager(*kind);
     list.setColumns(columns);
-    if (!applySearchAndFilter(list, kindName, line))
+    if (!applySearchAndFilter(ledgerwick, list, kindName, line))
         return 2;
     if (materials) {
         // The order editor's table shows the lines of the current order only.
@@ -177,7 +174,7 @@ int exportCommand(const QStringList &args)
     } else {
         bytes = list.getDataAsCSVusingTableView(columns).toUtf8();
     }
-    const QString output = line.option(QStringLiteral("--output"));
+    const QString output = line.value(QStringLiteral("output"));
     if (!writeOut(bytes, output)) {
         std::fprintf(stderr, "ledgerwick-cli: could not write %s\n",
                      output.isEmpty() ? "to standard output" : qPrintable(output));
@@ -188,37 +185,27 @@ int exportCommand(const QStringList &args)
 
 int importCommand(const QStringList &args)
 {
-    const CommandLine line(args, {QStringLiteral("--db")});
-    const std::optional<Kind> kind =
-        line.positional().size() == 2 ? kindNamed(line.positional().first()) : std::nullopt;
-    if (!line.ok() || !kind) {
-        std::fprintf(stderr, "%s%s\n", kImportUsage, qPrintable(line.error()));
-        return 2;
-    }
+    CliCommand line("import KIND FILE [--db BUNDLE]",
+                    "Imports a tab-separated file into a list, then saves as at quit. KIND is contacts, orders, "
+                    "items, materials, bills or actions.");
+    line.parser().addPositionalArgument(QStringLiteral("KIND"), QStringLiteral("the list to import into"));
+    line.parser().addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("the tab-separated file"));
+    line.addDbOption();
+    if (const int status = line.parse(args, 2, 2); status >= 0)
+        return status;
+    const std::optional<Kind> kind = kindNamed(line.positional().first());
+    if (!kind)
+        return line.usageError(QStringLiteral("there is no list called ") + line.positional().first());
     const QString file = line.positional().at(1);
     if (!QFileInfo(file).isFile() || !QFileInfo(file).isReadable()) {
         std::fprintf(stderr, "ledgerwick-cli: cannot read %s\n", qPrintable(file));
         return 1;
     }
-    const QString folder = line.bundleFolder();
-    if (!QFileInfo(folder).isDir()) {
-        std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
-        return 1;
-    }
     ImportPlatform platform(QFileInfo(file).absoluteFilePath());
     Ledgerwick ledgerwick(&platform);
-    ledgerwick.setDatabaseLocation(folder);
-    ledgerwick.readDatabase(true);
-    if (ledgerwick.isReadOnly()) {
-        std::fprintf(stderr,
-                     "ledgerwick-cli: the database at %s is open in another copy of Ledgerwick (locked %s); "
-                     "nothing was imported\n",
-                     qPrintable(ledgerwick.originalDbLocation()),
-                     ledgerwick.lockDateTime().isEmpty()
-                         ? "at an unknown time"
-                         : qPrintable(QStringLiteral("since ") + ledgerwick.lockDateTime()));
-        return 3;
-    }
+    if (const int status = openBundle(ledgerwick, line.bundleFolder(), BundleAccess::Write, "nothing was imported");
+        status >= 0)
+        return status;
     lwDataSource &list = *ledgerwick.manager(*kind);
     list.importData(nullptr);
     // Saved as at quit, whatever the import made (records before a stop stay),

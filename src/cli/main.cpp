@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 
@@ -40,6 +41,7 @@ void printHelp(FILE *out)
     for (const Command &command : kCommands)
         std::fprintf(out, "  %s\n", command.synopsis);
     std::fprintf(out, "\nOptions:\n"
+                      "  COMMAND --help            the command's own options\n"
                       "  --verbose                 print the system log on standard error\n"
                       "  -h, --help                show this help\n"
                       "  -v, --version             show the version\n");
@@ -58,24 +60,39 @@ int main(int argc, char *argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("Ledgerwick"));
     QCoreApplication::setApplicationVersion(QStringLiteral(LW_VERSION));
 
-    QStringList args = QCoreApplication::arguments().mid(1);
-    // The system log stays quiet unless asked for: standard error is for
-    // the command's own messages.
+    QStringList args = QCoreApplication::arguments();
+    // The system log stays quiet unless asked for, wherever --verbose stands:
+    // standard error is for the command's own messages.
     if (args.removeAll(QStringLiteral("--verbose")) == 0)
         QLoggingCategory::setFilterRules(QStringLiteral("ledgerwick.info=false"));
-    if (args.isEmpty() || args.first() == QLatin1String("-h") || args.first() == QLatin1String("--help") ||
-        args.first() == QLatin1String("help")) {
-        printHelp(stdout);
-        return 0;
+
+    // The options before the command are the tool's; everything after its
+    // name belongs to the command.
+    QCommandLineParser parser;
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("show this help"));
+    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
+                                     QStringLiteral("show the version"));
+    parser.addOption(help);
+    parser.addOption(version);
+    if (!parser.parse(args)) {
+        std::fprintf(stderr, "ledgerwick-cli: %s\n\n", qPrintable(parser.errorText()));
+        printHelp(stderr);
+        return 2;
     }
-    if (args.first() == QLatin1String("-v") || args.first() == QLatin1String("--version")) {
+    if (parser.isSet(version)) {
         std::printf("ledgerwick-cli %s\n", LW_VERSION);
         return 0;
     }
-    const QString name = args.takeFirst();
+    QStringList rest = parser.positionalArguments();
+    if (parser.isSet(help) || rest.isEmpty() || rest.first() == QLatin1String("help")) {
+        printHelp(stdout);
+        return 0;
+    }
+    const QString name = rest.takeFirst();
     for (const Command &command : kCommands)
         if (name == QLatin1String(command.name))
-            return command.run(args);
+            return command.run(rest);
     std::fprintf(stderr, "ledgerwick-cli: unknown command '%s'\n\n", qPrintable(name));
     printHelp(stderr);
     return 2;

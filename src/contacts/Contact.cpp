@@ -75,7 +75,7 @@ QString Contact::getFieldByName(const QString &name) const
 {
     const FieldAccess *field = findField(name);
     if (!field || !field->get)
-        return QStringLiteral("");
+        return lwEmpty();
     return field->get(*this);
 }
 

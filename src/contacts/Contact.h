@@ -71,22 +71,22 @@ public:
     void setWebsite(const QString &value);
 
 private:
-    QString m_add1 = QStringLiteral("");
-    QString m_add2 = QStringLiteral("");
-    QString m_add3 = QStringLiteral("");
-    QString m_comments = QStringLiteral("");
-    QString m_companyName = QStringLiteral("");
+    QString m_add1 = lwEmpty();
+    QString m_add2 = lwEmpty();
+    QString m_add3 = lwEmpty();
+    QString m_comments = lwEmpty();
+    QString m_companyName = lwEmpty();
     int m_company = 0;
-    QString m_email = QStringLiteral("");
-    QString m_extension = QStringLiteral("");
-    QString m_fax = QStringLiteral("");
-    QString m_jobTitle = QStringLiteral("");
+    QString m_email = lwEmpty();
+    QString m_extension = lwEmpty();
+    QString m_fax = lwEmpty();
+    QString m_jobTitle = lwEmpty();
     QString m_kind = QStringLiteral("Individual");
-    QString m_mobile = QStringLiteral("");
-    QString m_name = QStringLiteral("");
-    QString m_phone = QStringLiteral("");
-    QString m_postcode = QStringLiteral("");
-    QString m_title = QStringLiteral("");
+    QString m_mobile = lwEmpty();
+    QString m_name = lwEmpty();
+    QString m_phone = lwEmpty();
+    QString m_postcode = lwEmpty();
+    QString m_title = lwEmpty();
     QString m_type = QStringLiteral("Customer");
-    QString m_website = QStringLiteral("");
+    QString m_website = lwEmpty();
 };

@@ -1,5 +1,7 @@
 #include "core/PropertyListReader.h"
 
+#include "core/EmptyText.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -356,7 +358,7 @@ bool readValue(Scanner &s, QString &value, bool &present)
         return s.fail("unknown value type");
     present = true;
     if (tag.kind == TagKind::Empty) {
-        value = QString(QLatin1String(""));
+        value = lwEmpty();
         return true;
     }
     std::string_view text;

@@ -7,7 +7,7 @@ RecordTable::RecordTable(DateTest isDate, QObject *parent) : lwDataSource(parent
 QString RecordTable::objectValueForTableColumn(const QString &identifier, int row) const
 {
     const dataObject *record = getnthVisibleItem(row);
-    return record ? record->getFieldByName(identifier) : QString(QLatin1String(""));
+    return record ? record->getFieldByName(identifier) : lwEmpty();
 }
 
 bool RecordTable::isDateColumn(const QString &identifier) const

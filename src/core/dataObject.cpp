@@ -13,7 +13,7 @@ bool dataObject::contains(const QString &) const
 
 QString dataObject::getFieldByName(const QString &) const
 {
-    return QString(QLatin1String(""));
+    return lwEmpty();
 }
 
 bool dataObject::setFieldByName(const QString &, const QString &)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/CalendarDate.h"
+#include "core/EmptyText.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "core/lwDataSource.h"
 
-#include "core/Ledgerwick.h"
+#include "core/lwController.h"
 #include "core/Log.h"
 #include "core/Platform.h"
 
@@ -409,6 +409,21 @@ void lwDataSource::reloadData()
     endResetModel();
 }
 
+void lwDataSource::recordChanged(const dataObject *record)
+{
+    ensureIdIndex();
+    const qsizetype position = positionOf(record);
+    if (position < 0)
+        return;
+    if (!rowsAreVisibleRecords()) {
+        reloadData();
+        return;
+    }
+    const int row = visibleRowOfPosition(position);
+    if (row >= 0 && columnCount() > 0)
+        Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+}
+
 // --- import ------------------------------------------------------------------
 
 namespace {
@@ -443,7 +458,7 @@ QString readImportFile(const QString &path)
     if (decoder.hasError())
         return {};
     if (text.isNull())
-        text = QString(QLatin1String("")); // an empty file is still a file read
+        text = lwEmpty(); // an empty file is still a file read
     return text;
 }
 
@@ -638,7 +653,7 @@ int lwDataSource::numberOfRowsInTableView() const
 
 QString lwDataSource::objectValueForTableColumn(const QString &, int) const
 {
-    return QString(QLatin1String(""));
+    return lwEmpty();
 }
 
 bool lwDataSource::setObjectValueForTableColumn(const QString &, const QString &, int)

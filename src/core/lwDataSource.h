@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-class Ledgerwick;
+class lwController;
 
 // One ordered collection of records that is at the same time the model of the
 // table showing it. Rows are the visible records only; positions passed to
@@ -36,8 +36,8 @@ public:
     explicit lwDataSource(QObject *parent = nullptr);
     ~lwDataSource() override;
 
-    void setLedgerwick(Ledgerwick *ledgerwick) { m_ledgerwick = ledgerwick; }
-    Ledgerwick *ledgerwick() const { return m_ledgerwick; }
+    void setLedgerwick(lwController *ledgerwick) { m_ledgerwick = ledgerwick; }
+    lwController *ledgerwick() const { return m_ledgerwick; }
 
     // --- the collection -------------------------------------------------
     // Appends the record. A record without an id (0) is given the next one;
@@ -93,6 +93,9 @@ public:
     virtual void filter(QObject *sender);
     // Tells every view that the rows may all have changed (after filtering).
     void reloadData();
+    // A record of this collection changed in place (a stock change made by an
+    // order): its row is redrawn without a reset of the views.
+    void recordChanged(const dataObject *record);
 
     // --- import -------------------------------------------------------------
     // Asks for a tab-separated file ("csv" or "tdl") and imports it into this
@@ -162,7 +165,7 @@ private:
 
     std::vector<std::shared_ptr<dataObject>> m_collection;
     int m_highestId = 0;
-    Ledgerwick *m_ledgerwick = nullptr;
+    lwController *m_ledgerwick = nullptr;
     QPointer<QItemSelectionModel> m_selection;
     QList<Column> m_columns;
 

@@ -4,14 +4,14 @@
 
 #include <QString>
 
-class Ledgerwick;
+class lwController;
 
 // The controller's date formatter: writes a date month first with four-digit
 // years, whatever the user's own order.
 class lwDateFormatter
 {
 public:
-    explicit lwDateFormatter(Ledgerwick *ledgerwick) : m_ledgerwick(ledgerwick) {}
+    explicit lwDateFormatter(lwController *ledgerwick) : m_ledgerwick(ledgerwick) {}
 
     // The date as "%2m/%2d/%2Y" ("" for none).
     QString validate(const CalendarDate &date) const;
@@ -20,5 +20,5 @@ public:
     int outputFormat = 0; // likewise
 
 private:
-    Ledgerwick *m_ledgerwick;
+    lwController *m_ledgerwick;
 };

@@ -1,5 +1,7 @@
 #include "core/lwToolBox.h"
 
+#include "core/EmptyText.h"
+
 QString lwToolBox::replaceSubstring(const QString &target, const QString &replacement, const QString &text)
 {
     if (text.isNull())
@@ -17,7 +19,7 @@ QString lwToolBox::replaceSubstring(const QString &target, const QString &replac
     result.append(QStringView(text).sliced(at + target.size()));
     // The result of a non-null text is never null, even when it is empty.
     if (result.isNull())
-        result = QStringLiteral("");
+        result = lwEmpty();
     return result;
 }
 

@@ -54,7 +54,7 @@ Material::Material(int orderId) : m_item(QStringLiteral("New Item")), m_order(or
 {
 }
 
-Material::Material(int orderId, int productId) : m_item(QStringLiteral("")), m_order(orderId), m_product(productId)
+Material::Material(int orderId, int productId) : m_item(lwEmpty()), m_order(orderId), m_product(productId)
 {
 }
 
@@ -62,7 +62,7 @@ QString Material::getFieldByName(const QString &name) const
 {
     const FieldAccess *field = findField(name);
     if (!field || !field->get)
-        return QStringLiteral("");
+        return lwEmpty();
     return field->get(*this);
 }
 

@@ -42,28 +42,27 @@ public:
     int getProduct() const { return m_product; }
     int getContact() const { return m_contact; }
 
-    void setItem(const QString &value) { m_item = nonNull(value); }
-    void setQty(const QString &value) { m_qty = nonNull(value); }
-    void setCost(const QString &value) { m_cost = nonNull(value); }
-    void setUnit(const QString &value) { m_unit = nonNull(value); }
-    void setTotal(const QString &value) { m_total = nonNull(value); }
-    void setCode(const QString &value) { m_code = nonNull(value); }
-    void setTaxCode(const QString &value) { m_taxCode = nonNull(value); }
+    void setItem(const QString &value) { m_item = lwNonNull(value); }
+    void setQty(const QString &value) { m_qty = lwNonNull(value); }
+    void setCost(const QString &value) { m_cost = lwNonNull(value); }
+    void setUnit(const QString &value) { m_unit = lwNonNull(value); }
+    void setTotal(const QString &value) { m_total = lwNonNull(value); }
+    void setCode(const QString &value) { m_code = lwNonNull(value); }
+    void setTaxCode(const QString &value) { m_taxCode = lwNonNull(value); }
     void setOrder(int orderId) { m_order = orderId; }
     void setProduct(int productId) { m_product = productId; }
     void setContact(int contactId) { m_contact = contactId; }
 
 private:
     // By-name reads promise a string, never a null one.
-    static QString nonNull(const QString &value) { return value.isNull() ? QStringLiteral("") : value; }
 
     QString m_item;
     QString m_qty = QStringLiteral("1");
-    QString m_cost = QStringLiteral("");
-    QString m_unit = QStringLiteral("");
-    QString m_total = QStringLiteral("");
-    QString m_code = QStringLiteral("");
-    QString m_taxCode = QStringLiteral("");
+    QString m_cost = lwEmpty();
+    QString m_unit = lwEmpty();
+    QString m_total = lwEmpty();
+    QString m_code = lwEmpty();
+    QString m_taxCode = lwEmpty();
     int m_order = 0;
     int m_product = 0;
     int m_contact = 0;

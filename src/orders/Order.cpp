@@ -140,11 +140,11 @@ QString Order::getFieldByName(const QString &name) const
         if (const std::shared_ptr<Contact> contact = getContact())
             if (const ContactField *field = findIn(kContactFields, name))
                 return field->get(*contact);
-        return QStringLiteral("");
+        return lwEmpty();
     }
     const FieldAccess *field = findIn(kFields, name);
     if (!field || !field->get)
-        return QStringLiteral("");
+        return lwEmpty();
     return field->get(*this);
 }
 
@@ -217,7 +217,7 @@ QString Order::repeatNote(const QString &lastRepeatDate, bool repeatTicked, cons
                           bool ukFormat)
 {
     if (lastRepeatDate.isEmpty())
-        return QStringLiteral("");
+        return lwEmpty();
     const CalendarDate last = CalendarDate::fromString(lastRepeatDate, repeatDateFormat());
     // A last date that does not parse is shown as it stands, with no next date.
     const QString lastText =

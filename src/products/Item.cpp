@@ -110,7 +110,7 @@ QString Item::getFieldByName(const QString &name) const
 {
     const FieldAccess *field = findField(name);
     if (!field || !field->get)
-        return QStringLiteral("");
+        return lwEmpty();
     return field->get(*this);
 }
 

@@ -89,25 +89,25 @@ public:
     void setVariation(const QString &value);
 
 private:
-    QString m_bought = QStringLiteral("");
-    QString m_code = QStringLiteral("");
-    QString m_condition = QStringLiteral("");
-    QString m_description = QStringLiteral("");
-    QString m_item = QStringLiteral("");
+    QString m_bought = lwEmpty();
+    QString m_code = lwEmpty();
+    QString m_condition = lwEmpty();
+    QString m_description = lwEmpty();
+    QString m_item = lwEmpty();
     mutable QImage m_image; // a cache of the picture file, never stored in the XML
-    QString m_price = QStringLiteral("");
-    QString m_qty = QStringLiteral("");
-    QString m_optimumQty = QStringLiteral("");
-    QString m_shipping = QStringLiteral("");
-    QString m_status = QStringLiteral("");
-    QString m_supplier = QStringLiteral("");
-    QString m_taxcode = QStringLiteral("");
-    QString m_warnlevel = QStringLiteral("");
+    QString m_price = lwEmpty();
+    QString m_qty = lwEmpty();
+    QString m_optimumQty = lwEmpty();
+    QString m_shipping = lwEmpty();
+    QString m_status = lwEmpty();
+    QString m_supplier = lwEmpty();
+    QString m_taxcode = lwEmpty();
+    QString m_warnlevel = lwEmpty();
     bool m_decreaseQty = false;
     bool m_exportsitemoss = false;
     bool m_hidebuttoncode = true;
     QString m_websitefolder = QStringLiteral("~/sites/mysite/");
-    QString m_qtymethod = QStringLiteral("");
-    QString m_buttoncode = QStringLiteral("");
-    QString m_variation = QStringLiteral("");
+    QString m_qtymethod = lwEmpty();
+    QString m_buttoncode = lwEmpty();
+    QString m_variation = lwEmpty();
 };

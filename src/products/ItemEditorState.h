@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/PopUp.h"
+
 #include <QImage>
 #include <QString>
 #include <QStringList>
@@ -10,21 +12,6 @@
 // the manager's actions, so the rules run the same with or without a window.
 struct ItemEditorState
 {
-    // A pop-up list: its entries and the selected one.
-    struct PopUp
-    {
-        QStringList entries;
-        int index = -1; // -1: nothing selected
-
-        // The selected entry's title; a null string when nothing is selected.
-        QString selectedTitle() const { return index >= 0 && index < entries.size() ? entries.at(index) : QString(); }
-        // Selects the entry of that title; a title the list lacks leaves
-        // nothing selected, as a pop-up button does.
-        void selectTitle(const QString &title) { index = int(entries.indexOf(title)); }
-
-        friend bool operator==(const PopUp &, const PopUp &) = default;
-    };
-
     // --- the editor ---------------------------------------------------------
     QString code;
     QString description; // multi-line

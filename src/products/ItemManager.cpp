@@ -1,6 +1,6 @@
 #include "products/ItemManager.h"
 
-#include "core/Ledgerwick.h"
+#include "core/lwController.h"
 #include "core/Log.h"
 #include "core/NumberText.h"
 #include "core/Platform.h"
@@ -11,32 +11,18 @@
 #include <QDir>
 #include <QImageReader>
 
-namespace {
-
-// Item text setters keep the old value when given a null string; an emptied
-// control must still empty the field.
-QString text(const QString &value)
-{
-    return value.isNull() ? QString(QLatin1String("")) : value;
-}
-
-ItemEditorState::PopUp popUp(const QStringList &entries)
-{
-    // A pop-up button starts with its first entry selected.
-    return {entries, entries.isEmpty() ? -1 : 0};
-}
-
-} // namespace
-
-ItemManager::ItemManager(QObject *parent) : RecordTable({}, parent)
+ItemManager::ItemManager(QObject *parent)
+    : lwEditorManager({lwTr("Delete Item"), lwTr("Do you want to delete the selected item from the database?"),
+                       QStringLiteral("itemmanager windowWillClose:"), CancelRule::KeepCreating},
+                      {}, parent)
 {
     setObjectName(QStringLiteral("items"));
-    m_state.condition = popUp(conditionEntries());
-    m_state.status = popUp(statusEntries());
-    m_state.taxCode = popUp(taxCodeEntries());
-    m_state.quantityMethod = popUp(quantityMethodEntries());
-    m_state.stockFilter = popUp(stockFilterEntries());
-    m_state.searchText = QString(QLatin1String(""));
+    m_state.condition = PopUp::withEntries(conditionEntries());
+    m_state.status = PopUp::withEntries(statusEntries());
+    m_state.taxCode = PopUp::withEntries(taxCodeEntries());
+    m_state.quantityMethod = PopUp::withEntries(quantityMethodEntries());
+    m_state.stockFilter = PopUp::withEntries(stockFilterEntries());
+    m_state.searchText = lwEmpty();
 }
 
 ItemManager::~ItemManager() = default;
@@ -86,14 +72,9 @@ QString ItemManager::taxCodeDescription(const QString &code) const
     return lwTr("No tax");
 }
 
-// --- helpers -------------------------------------------------------------------
+// --- the editor cycle ----------------------------------------------------------
 
-Platform *ItemManager::platform() const
-{
-    return ledgerwick() ? ledgerwick()->platform() : nullptr;
-}
-
-std::shared_ptr<Item> ItemManager::makeNewItem()
+std::shared_ptr<dataObject> ItemManager::makeNewRecord()
 {
     const PrefsController *prefs = ledgerwick() ? ledgerwick()->getPrefsController() : nullptr;
     auto item = std::make_shared<Item>();
@@ -103,39 +84,16 @@ std::shared_ptr<Item> ItemManager::makeNewItem()
     return item;
 }
 
-void ItemManager::showEditor()
-{
-    m_editorShown = true;
-    Q_EMIT editorShown();
-}
-
-void ItemManager::hideEditor()
-{
-    m_editorShown = false;
-    Q_EMIT editorHidden();
-}
-
 // --- actions ---------------------------------------------------------------------
-
-void ItemManager::create(QObject *)
-{
-    if (!readOnlyCheck())
-        return;
-    m_creating = true;
-    m_currentItem = makeNewItem();
-    setItem(m_currentItem.get());
-    showEditor();
-}
 
 void ItemManager::createSimilar(QObject *sender)
 {
-    if (!m_currentItem)
+    if (!currentItem())
         return;
     finish(sender);
     // The editor keeps every value just committed; only the code is the new item's.
-    m_creating = true;
-    m_currentItem = makeNewItem();
-    m_state.code = m_currentItem->getCode();
+    beginCreating(makeNewRecord());
+    m_state.code = currentItem()->getCode();
     Q_EMIT editorStateChanged();
     showEditor();
 }
@@ -147,46 +105,11 @@ Item *ItemManager::createAndAddDataObject()
     return item.get();
 }
 
-void ItemManager::edit(QObject *)
-{
-    auto item = std::dynamic_pointer_cast<Item>(sharedRecord(getSelectedItem()));
-    if (!item)
-        return;
-    m_currentItem = std::move(item);
-    setItem(m_currentItem.get());
-    showEditor();
-}
-
-void ItemManager::deleteKey(QObject *)
-{
-    const int row = selectedRow();
-    if (row == -1)
-        return;
-    Platform *desktop = platform();
-    const int answer = desktop ? desktop->alert({lwTr("Delete Item"),
-                                                 lwTr("Do you want to delete the selected item from the database?"),
-                                                 {lwTr("OK"), lwTr("Cancel")},
-                                                 Platform::AlertStyle::Warning})
-                               : 1; // nobody to ask: nothing is deleted
-    if (answer == 0)
-        remove(getnthVisibleItem(row));
-    if (ledgerwick())
-        ledgerwick()->setChangeFlag();
-}
-
-void ItemManager::remove(dataObject *item)
-{
-    if (!readOnlyCheck())
-        return;
-    deleteItem(item);
-    reloadData();
-}
-
 void ItemManager::deleteImage(QObject *)
 {
     m_state.image = QImage();
-    if (m_currentItem)
-        m_currentItem->setImage(QImage());
+    if (Item *item = currentItem())
+        item->setImage(QImage());
     Q_EMIT editorStateChanged();
 }
 
@@ -236,86 +159,43 @@ void ItemManager::pickSupplier(QObject *)
 
 void ItemManager::setSupplier(dataObject *contact)
 {
-    m_state.supplierName = contact ? contact->getFieldByName(QStringLiteral("name")) : QString(QLatin1String(""));
+    m_state.supplierName = contact ? contact->getFieldByName(QStringLiteral("name")) : lwEmpty();
     Q_EMIT editorStateChanged();
 }
 
-void ItemManager::finish(QObject *sender)
+void ItemManager::copyState(Item &item)
 {
-    if (!readOnlyCheck() || !m_currentItem) {
-        hideEditor();
-        return;
-    }
-    const std::shared_ptr<Item> item = m_currentItem;
     const ItemEditorState &s = m_state;
-    item->setCode(text(s.code));
-    item->setDescription(text(s.description));
-    item->setItem(text(s.name));
-    item->setPrice(text(s.price));
-    item->setQty(text(s.qty));
-    item->setOptimumQty(text(s.optimumQty));
-    item->setBought(text(s.bought));
-    item->setShipping(text(s.shipping));
-    item->setVariation(text(s.variation));
-    item->setWarnlevel(text(s.warnLevel));
-    item->setDecreaseQty(s.decreaseQty);
+    item.setCode(lwNonNull(s.code));
+    item.setDescription(lwNonNull(s.description));
+    item.setItem(lwNonNull(s.name));
+    item.setPrice(lwNonNull(s.price));
+    item.setQty(lwNonNull(s.qty));
+    item.setOptimumQty(lwNonNull(s.optimumQty));
+    item.setBought(lwNonNull(s.bought));
+    item.setShipping(lwNonNull(s.shipping));
+    item.setVariation(lwNonNull(s.variation));
+    item.setWarnlevel(lwNonNull(s.warnLevel));
+    item.setDecreaseQty(s.decreaseQty);
     if (const QString title = s.condition.selectedTitle(); !title.isEmpty())
-        item->setCondition(title);
+        item.setCondition(title);
     if (const QString title = s.taxCode.selectedTitle(); !title.isEmpty())
-        item->setTaxCode(title);
-    item->setSupplier(ledgerwick() ? ledgerwick()->getContactIdForName(text(s.supplierName)) : QStringLiteral("0"));
-    item->setExportSitemoss(s.exportSitemoss);
-    item->setHideButtonCode(s.hideButtonCode);
-    item->setWebsiteFolder(text(s.websiteFolder));
-    item->setButtonCode(text(s.buttonCode));
+        item.setTaxCode(title);
+    item.setSupplier(ledgerwick() ? ledgerwick()->getContactIdForName(lwNonNull(s.supplierName)) : QStringLiteral("0"));
+    item.setExportSitemoss(s.exportSitemoss);
+    item.setHideButtonCode(s.hideButtonCode);
+    item.setWebsiteFolder(lwNonNull(s.websiteFolder));
+    item.setButtonCode(lwNonNull(s.buttonCode));
     if (const QString title = s.quantityMethod.selectedTitle(); !title.isEmpty())
-        item->setQuantityMethod(title);
-    // The status is shown but never copied back: it changes only through
-    // the import or the database.
-
-    if (m_creating) {
-        add(item);
-        m_creating = false;
-    }
+        item.setQuantityMethod(title);
     if (!s.image.isNull())
-        item->setImage(s.image);
-
-    filter(sender);
-    hideEditor();
-    // Written whatever the item's export flag says; a failure is only logged.
-    WebsiteExport::exportItemAsSitemossObject(*item);
-    if (ledgerwick())
-        ledgerwick()->writeDatabase(this);
+        item.setImage(s.image);
 }
 
-void ItemManager::cancel(QObject *)
+void ItemManager::committed(dataObject &item)
 {
-    // A new item is dropped, but creating stays set: the next commit adds
-    // whatever item is then in the editor.
-    hideEditor();
-}
-
-void ItemManager::hide(QObject *)
-{
-    hideEditor();
-}
-
-void ItemManager::show(QObject *)
-{
-    showEditor();
-}
-
-void ItemManager::windowWillClose(QObject *sender)
-{
-    if (!m_windowConnected || !m_currentItem)
-        return;
-    lwLog(QStringLiteral("itemmanager windowWillClose:"));
-    finish(sender);
-}
-
-void ItemManager::disconnectWindow(QObject *)
-{
-    m_windowConnected = false;
+    // A failure is only logged.
+    WebsiteExport::exportItemAsSitemossObject(static_cast<Item &>(item));
 }
 
 void ItemManager::filter(QObject *)
@@ -337,11 +217,9 @@ void ItemManager::filter(QObject *)
     reloadData();
 }
 
-void ItemManager::setItem(dataObject *record)
+void ItemManager::fillState(const Item &record)
 {
-    const auto *item = dynamic_cast<const Item *>(record);
-    if (!item)
-        return;
+    const Item *item = &record;
     ItemEditorState &s = m_state;
     s.code = item->getCode();
     s.description = item->getDescription();
@@ -363,7 +241,7 @@ void ItemManager::setItem(dataObject *record)
     s.image = item->getImage();
     s.decreaseQty = item->getDecreaseQty();
     s.warnLevel = item->getWarnlevel();
-    s.supplierName = ledgerwick() ? ledgerwick()->getContactNameforId(item->getSupplier()) : QString(QLatin1String(""));
+    s.supplierName = ledgerwick() ? ledgerwick()->getContactNameforId(item->getSupplier()) : lwEmpty();
     s.exportSitemoss = item->getExportSitemoss();
     s.hideButtonCode = item->getHideButtonCode();
     s.buttonCode = item->getButtonCode();
@@ -371,5 +249,4 @@ void ItemManager::setItem(dataObject *record)
     s.websiteFolder = item->getWebsiteFolder();
     if (!item->getQuantityMethod().isEmpty())
         s.quantityMethod.selectTitle(item->getQuantityMethod());
-    Q_EMIT editorStateChanged();
 }

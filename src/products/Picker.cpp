@@ -1,6 +1,6 @@
 #include "products/Picker.h"
 
-#include "core/Ledgerwick.h"
+#include "core/lwController.h"
 #include "core/NumberText.h"
 #include "core/Platform.h"
 #include "reports/ReportItem.h"
@@ -38,7 +38,7 @@ void Picker::beginfor(Callback callback, lwDataSource *source, const QString &fi
     m_field1 = field1;
     m_field2 = field2;
     m_callback = std::move(callback);
-    m_searchText = QStringLiteral("");
+    m_searchText = lwEmpty();
     m_windowTitle = QStringLiteral("Select ") + type;
     m_currentDataSource = source;
 
@@ -59,7 +59,7 @@ void Picker::beginfor(Callback callback, lwDataSource *source, const QString &fi
 
 void Picker::filter(const QString &searchText)
 {
-    m_searchText = searchText.isNull() ? QStringLiteral("") : searchText;
+    m_searchText = searchText.isNull() ? lwEmpty() : searchText;
     // Split at single blanks: two blanks in a row leave an empty word, which
     // matches everything and is skipped.
     const QStringList words = m_searchText.split(QLatin1Char(' '));
@@ -123,7 +123,7 @@ QString Picker::objectValueForTableColumn(const QString &identifier, int row) co
         return item->getnthField(1);
     if (item && identifier == QLatin1String("2"))
         return item->getnthField(2);
-    return QStringLiteral("");
+    return lwEmpty();
 }
 
 void Picker::sortByColumn(const QString &column, bool ascending, int options)
@@ -135,7 +135,7 @@ void Picker::sortByColumn(const QString &column, bool ascending, int options)
     std::vector<QString> keys(rows.size());
     for (size_t i = 0; i < rows.size(); ++i) {
         const auto *item = dynamic_cast<const ReportItem *>(rows[i].get());
-        keys[i] = item ? item->getnthField(field) : QStringLiteral("");
+        keys[i] = item ? item->getnthField(field) : lwEmpty();
     }
     // Neighbours are exchanged only when strictly out of order, so passes of
     // exchanges end in the stable sort of the same order; this gets there in

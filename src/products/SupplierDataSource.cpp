@@ -74,5 +74,5 @@ QString SupplierDataSource::objectValueForTableColumn(const QString &identifier,
     std::printf("request for item %i\n", row);
     std::fflush(stdout);
     const Contact *supplier = m_contactManager ? m_contactManager->getnthSupplier(row) : nullptr;
-    return supplier ? supplier->getFieldByName(identifier) : QStringLiteral("");
+    return supplier ? supplier->getFieldByName(identifier) : lwEmpty();
 }

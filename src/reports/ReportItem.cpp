@@ -28,14 +28,14 @@ ReportItem::ReportItem() = default;
 
 void ReportItem::addField(const QString &text)
 {
-    m_fields.append(text.isNull() ? QStringLiteral("") : text);
+    m_fields.append(text.isNull() ? lwEmpty() : text);
     m_attributes.append(isDate(text) ? kindDate() : isNumeric(text) ? kindNumber() : kindString());
 }
 
 QString ReportItem::getnthField(qsizetype n) const
 {
     if (n < 1 || n > m_fields.size())
-        return QStringLiteral("");
+        return lwEmpty();
     return m_fields.at(n - 1);
 }
 
@@ -55,7 +55,7 @@ bool ReportItem::setFieldByName(const QString &name, const QString &value)
 {
     const qsizetype n = fieldNumber(name);
     if (n >= 1 && n <= m_fields.size())
-        m_fields[n - 1] = value.isNull() ? QStringLiteral("") : value;
+        m_fields[n - 1] = value.isNull() ? lwEmpty() : value;
     return true;
 }
 

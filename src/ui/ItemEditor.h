@@ -1,20 +1,18 @@
 #pragma once
 
-#include <QDialog>
+#include "ui/lwEditorWindow.h"
 
 #include <memory>
 
 class ItemManager;
-class QCloseEvent;
 
 namespace Ui {
 class ItemEditor;
 }
 
-// The item editor window. It shows the item manager's editor state and,
-// before each of the manager's actions, writes every control back into it.
+// The item editor window: the item manager's editor state in its controls.
 // OK commits, Cancel and Escape drop the edit, closing the window commits.
-class ItemEditor : public QDialog
+class ItemEditor : public lwEditorWindow
 {
     Q_OBJECT
 public:
@@ -23,23 +21,11 @@ public:
 
     ItemManager *manager() const { return m_manager; }
 
-    // Shows the manager's state in the controls.
-    void refresh();
-    // Copies the controls into the manager's state.
-    void writeBack();
-
-    // Escape and Cancel: the manager drops the edit.
-    void reject() override;
-
 protected:
-    // The window's close button commits the edit.
-    void closeEvent(QCloseEvent *event) override;
+    void refreshExtras() override;
+    QString editorTitle() const override;
 
 private:
-    // Writes the controls back, then runs the manager's action.
-    void run(void (ItemManager::*action)(QObject *));
-    void bringToFront();
-
     ItemManager *m_manager; // not owned
     std::unique_ptr<Ui::ItemEditor> m_ui;
 };

@@ -1,10 +1,11 @@
 #include "ui/MainWindow.h"
 
-#include "core/DefaultColumns.h"
-#include "core/Ledgerwick.h"
+#include "app/Ledgerwick.h"
 #include "core/lwKeyResponder.h"
 #include "core/Platform.h"
 #include "core/RecordTable.h"
+#include "products/ItemManager.h"
+#include "contacts/ContactManager.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
 #include "ui/integrityTableView.h"
@@ -33,11 +34,6 @@
 namespace {
 
 using Column = lwDataSource::Column;
-
-Column col(const char *identifier, const char *title, int width)
-{
-    return {QString::fromLatin1(identifier), lwTr(title), width};
-}
 
 struct ToolbarItem
 {
@@ -84,45 +80,24 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
         page->setProperty("tabIdentifier", identifier);
         tabs->addTab(page, title);
     };
-    addTab(m_tabs,
-           makeList(m_ledgerwick->getContactManager(), DefaultColumns::forKind(DatabaseStore::Kind::Contacts), true),
-           QStringLiteral("1"), lwTr("Contacts"));
-    addTab(m_tabs,
-           makeList(m_ledgerwick->getOrderManager(), DefaultColumns::forKind(DatabaseStore::Kind::Orders), false),
-           QStringLiteral("2"), lwTr("Orders"));
-    addTab(m_tabs,
-           makeList(m_ledgerwick->getItemManager(), DefaultColumns::forKind(DatabaseStore::Kind::Items), false),
-           QStringLiteral("3"), lwTr("Items"));
-    addTab(m_tabs,
-           makeList(m_ledgerwick->getActionManager(), DefaultColumns::forKind(DatabaseStore::Kind::Actions), false),
-           QStringLiteral("tabActions"), lwTr("Tasks"));
+    addTab(m_tabs, makeList(m_ledgerwick->getContactManager(), true), QStringLiteral("1"), lwTr("Contacts"));
+    addTab(m_tabs, makeList(m_ledgerwick->getOrderManager(), false), QStringLiteral("2"), lwTr("Orders"));
+    addTab(m_tabs, makeList(m_ledgerwick->getItemManager(), false), QStringLiteral("3"), lwTr("Items"));
+    addTab(m_tabs, makeList(m_ledgerwick->getActionManager(), false), QStringLiteral("tabActions"), lwTr("Tasks"));
 
     m_accountsTabs = new QTabWidget;
     m_accountsTabs->setObjectName(QStringLiteral("accountsTabView"));
-    addTab(m_accountsTabs,
-           makeList(m_ledgerwick->getBillManager(), DefaultColumns::forKind(DatabaseStore::Kind::Bills), false),
-           QStringLiteral("1"), lwTr("Bills"));
-    // Money in and the statement fill once their reports are in place.
-    m_moneyIn = new RecordTable({}, this);
-    m_statement = new RecordTable({}, this);
-    addTab(m_accountsTabs,
-           makeList(m_moneyIn, {col("date", "Date", 90), col("details", "Details", 260), col("amount", "Amount", 90)},
-                    false),
-           QStringLiteral("2"), lwTr("Money In"));
-    addTab(
-        m_accountsTabs,
-        makeList(m_statement,
-                 {col("date", "Date", 90), col("details", "Details", 260), col("in", "In", 90), col("out", "Out", 90)},
-                 false),
-        QStringLiteral("3"), lwTr("Statement"));
-    m_moneyInView = m_views.value(m_moneyIn);
-    m_statementView = m_views.value(m_statement);
+    addTab(m_accountsTabs, makeList(m_ledgerwick->getBillManager(), false), QStringLiteral("1"), lwTr("Bills"));
+    addTab(m_accountsTabs, makeList(m_ledgerwick->getMoneyInList(), false), QStringLiteral("2"), lwTr("Money In"));
+    addTab(m_accountsTabs, makeList(m_ledgerwick->getStatementList(), false), QStringLiteral("3"),
+           lwTr("Statement"));
     addTab(m_tabs, m_accountsTabs, QStringLiteral("tabAccounts"), lwTr("Accounts"));
+    addTab(m_tabs, makeList(m_ledgerwick->getReportList(), false), QStringLiteral("tabReports"), lwTr("Reports"));
 
-    m_reports = new RecordTable({}, this);
-    addTab(m_tabs, makeList(m_reports, {col("field1", "Report", 300)}, false), QStringLiteral("tabReports"),
-           lwTr("Reports"));
-    m_reportsView = m_views.value(m_reports);
+    // The controller routes the commands; it is told what is in front.
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this] { tellController(); });
+    connect(m_accountsTabs, &QTabWidget::currentChanged, this, [this] { tellController(); });
+    connect(qApp, &QApplication::focusChanged, this, [this] { tellController(); });
 
     buildToolbar();
     buildMenus();
@@ -145,9 +120,9 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
 
 MainWindow::~MainWindow() = default;
 
-QWidget *MainWindow::makeList(lwDataSource *source, const QList<Column> &columns, bool outline)
+QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
 {
-    source->setColumns(columns);
+    const QList<Column> &columns = source->columns();
     QAbstractItemView *view = nullptr;
     if (outline) {
         auto *tree = new lwOutlineView;
@@ -379,40 +354,33 @@ void MainWindow::selectTab(const QString &identifier)
             m_tabs->setCurrentIndex(i);
 }
 
-lwDataSource *MainWindow::frontDataSource() const
+void MainWindow::tellController()
 {
-    const QString tab = m_tabs->currentWidget()->property("tabIdentifier").toString();
-    if (tab == QLatin1String("1"))
-        return m_ledgerwick->getContactManager();
-    if (tab == QLatin1String("2"))
-        return m_ledgerwick->getOrderManager();
-    if (tab == QLatin1String("3"))
-        return m_ledgerwick->getItemManager();
-    if (tab == QLatin1String("tabActions"))
-        return m_ledgerwick->getActionManager();
-    if (tab == QLatin1String("tabAccounts"))
-        return m_accountsTabs->currentIndex() == 0 ? m_ledgerwick->getBillManager() : nullptr;
-    if (tab == QLatin1String("tabReports"))
-        return m_reports;
-    return nullptr;
+    m_ledgerwick->setSelectedTab(m_tabs->currentWidget()->property("tabIdentifier").toString());
+    m_ledgerwick->setSelectedAccountsTab(m_accountsTabs->currentWidget()->property("tabIdentifier").toString());
+    const QWidget *key = QApplication::activeWindow();
+    m_ledgerwick->setMainWindowKey(!key || key == this);
+    const QWidget *focus = QApplication::focusWidget();
+    const lwDataSource *focused = nullptr;
+    for (auto it = m_views.cbegin(); it != m_views.cend() && focus; ++it)
+        if (focus == it.value() || it.value()->isAncestorOf(focus))
+            focused = it.key();
+    m_ledgerwick->setFocusedList(focused);
 }
 
-QAbstractItemView *MainWindow::frontView() const
+lwDataSource *MainWindow::frontDataSource()
 {
-    const QString tab = m_tabs->currentWidget()->property("tabIdentifier").toString();
-    if (tab == QLatin1String("tabAccounts")) {
-        switch (m_accountsTabs->currentIndex()) {
-        case 0:
-            return viewFor(m_ledgerwick->getBillManager());
-        case 1:
-            return m_moneyInView;
-        default:
-            return m_statementView;
-        }
-    }
-    if (tab == QLatin1String("tabReports"))
-        return m_reportsView;
-    return viewFor(frontDataSource());
+    tellController();
+    return m_ledgerwick->frontDataSource();
+}
+
+QAbstractItemView *MainWindow::frontView()
+{
+    tellController();
+    if (lwDataSource *list = m_ledgerwick->frontList())
+        return viewFor(list);
+    // Another window is key: its focused view.
+    return qobject_cast<QAbstractItemView *>(QApplication::focusWidget());
 }
 
 QAbstractItemView *MainWindow::viewFor(const lwDataSource *source) const
@@ -441,36 +409,22 @@ QList<lwDataSource::Column> MainWindow::visualColumns(const QAbstractItemView *v
     return columns;
 }
 
-lwDataSource *MainWindow::managerOfFirstResponder() const
-{
-    const QWidget *focus = QApplication::focusWidget();
-    const lwDataSource *order[] = {m_ledgerwick->getOrderManager(), m_ledgerwick->getContactManager(),
-                                   m_ledgerwick->getActionManager(), m_ledgerwick->getItemManager(),
-                                   m_ledgerwick->getBillManager()};
-    for (const lwDataSource *source : order) {
-        const QAbstractItemView *view = viewFor(source);
-        if (view && focus && (focus == view || view->isAncestorOf(focus)))
-            return const_cast<lwDataSource *>(source);
-    }
-    return nullptr;
-}
-
 void MainWindow::deleteMenuItem()
 {
-    if (lwDataSource *source = managerOfFirstResponder())
-        source->deleteKey(m_ledgerwick);
+    tellController();
+    m_ledgerwick->deleteMenuItem();
 }
 
 void MainWindow::editMenuItem()
 {
-    if (lwDataSource *source = managerOfFirstResponder())
-        source->edit(m_ledgerwick);
+    tellController();
+    m_ledgerwick->editMenuItem();
 }
 
 void MainWindow::newMenuItem()
 {
-    if (lwDataSource *source = frontDataSource())
-        source->create(m_ledgerwick);
+    tellController();
+    m_ledgerwick->newMenuItem();
 }
 
 void MainWindow::printMenuItem()
@@ -505,11 +459,8 @@ void MainWindow::exportHTMLMenuItem()
 
 void MainWindow::checkout()
 {
-    dataObject *order = nullptr;
-    const QWidget *focus = QApplication::focusWidget();
-    if (focus && focus == viewFor(m_ledgerwick->getOrderManager()))
-        order = m_ledgerwick->getOrderManager()->getSelectedItem();
-    Q_EMIT checkoutRequested(order);
+    tellController();
+    Q_EMIT checkoutRequested(m_ledgerwick->checkoutOrder());
 }
 
 void MainWindow::bringOrdersToFront()

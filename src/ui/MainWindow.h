@@ -32,10 +32,10 @@ public:
     // shown in the toolbar, the tabs and the menus.
     void setTerms(const QString &order, const QString &orders, const QString &item, const QString &items);
 
-    // The list the commands act on, after the selected tab; none when the
-    // accounts tab shows anything but its bills.
-    lwDataSource *frontDataSource() const;
-    QAbstractItemView *frontView() const;
+    // The list the commands act on and the view print and export act on, as
+    // the controller routes them after what the window shows.
+    lwDataSource *frontDataSource();
+    QAbstractItemView *frontView();
     QAbstractItemView *viewFor(const lwDataSource *source) const;
     QTabWidget *tabs() const { return m_tabs; }
     QTabWidget *accountsTabs() const { return m_accountsTabs; }
@@ -70,24 +70,18 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    QWidget *makeList(lwDataSource *source, const QList<lwDataSource::Column> &columns, bool outline);
+    QWidget *makeList(lwDataSource *source, bool outline);
+    // Tells the controller the selected tabs, the key window and the focused list.
+    void tellController();
     void buildMenus();
     void buildToolbar();
     void showLockSheet(const QString &lockDateTime);
-    // The manager whose view has the keyboard focus, tested in the fixed order.
-    lwDataSource *managerOfFirstResponder() const;
 
     Ledgerwick *m_ledgerwick;
     QTabWidget *m_tabs = nullptr;
     QTabWidget *m_accountsTabs = nullptr;
     QToolBar *m_toolbar = nullptr;
     QHash<const lwDataSource *, QAbstractItemView *> m_views;
-    QAbstractItemView *m_moneyInView = nullptr;
-    QAbstractItemView *m_statementView = nullptr;
-    QAbstractItemView *m_reportsView = nullptr;
-    lwDataSource *m_moneyIn = nullptr;
-    lwDataSource *m_statement = nullptr;
-    lwDataSource *m_reports = nullptr;
     QString m_termOrder = QStringLiteral("Order");
     QString m_termItem = QStringLiteral("Item");
     bool m_saved = false;

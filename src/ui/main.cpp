@@ -1,4 +1,4 @@
-#include "core/Ledgerwick.h"
+#include "app/Ledgerwick.h"
 #include "prefs/PrefsController.h"
 #include "products/ItemManager.h"
 #include "ui/ItemEditor.h"
@@ -27,7 +27,7 @@ int main(int argc, char *argv[])
     MainWindow window(&ledgerwick);
     platform.setWindow(&window);
     PrefsWindow prefsWindow(ledgerwick.getPrefsController(), &window);
-    auto *items = static_cast<ItemManager *>(ledgerwick.getItemManager());
+    ItemManager *items = ledgerwick.getItemManager();
     window.addListHeader(items, new ItemListControls(items));
     ItemEditor itemEditor(items, &window);
     PickerWindow picker(ledgerwick.getPicker(), &window);

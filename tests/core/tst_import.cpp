@@ -1,4 +1,4 @@
-#include "core/Ledgerwick.h"
+#include "app/Ledgerwick.h"
 #include "core/RecordTable.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"

@@ -1,11 +1,12 @@
 #include "contacts/Contact.h"
-#include "core/Ledgerwick.h"
+#include "app/Ledgerwick.h"
 #include "core/lwDataSource.h"
 #include "core/lwDateFormatter.h"
 #include "core/RecordTable.h"
 #include "orders/Order.h"
 #include "products/Item.h"
 #include "support/LogCapture.h"
+#include "support/AppFixture.h"
 #include "support/ScriptedPlatform.h"
 
 #include <QAbstractItemModelTester>
@@ -24,6 +25,10 @@ private Q_SLOTS:
     void orderLookups();
     void listsShowFieldsAndSortDatesAsDates();
     void startUpReadsPreferencesFirstAndQuitSaves();
+    void commandsGoToTheListInFront_data();
+    void commandsGoToTheListInFront();
+    void deleteEditAndNewFollowTheFocus();
+    void aChangedRecordRedrawsItsRowOnly();
 };
 
 void TestLedgerwick::contactLookups()
@@ -153,17 +158,110 @@ void TestLedgerwick::startUpReadsPreferencesFirstAndQuitSaves()
     QVERIFY(QFile::exists(home.filePath(QStringLiteral("elsewhere.lwkdb/orders.xml"))));
     QVERIFY(!QFile::exists(home.filePath(QStringLiteral("elsewhere.lwkdb/lock.xml"))));
 
+    QVERIFY(!ledgerwick.getItemManager()->isWindowConnected());
+
     // The two order editors ask each other to let go of unfinished edits.
-    auto *orders = new ResignCounter;
-    ledgerwick.setManager(DatabaseStore::Kind::Orders, orders);
-    ledgerwick.requestOrderManagerResign();
-    QCOMPARE(orders->resigns, 1);
-    QCOMPARE(orders->lastSender, &ledgerwick);
     ledgerwick.requestCheckoutManagerResign(); // no checkout yet: nothing happens
     ResignCounter checkout;
     ledgerwick.setCheckoutManager(&checkout);
     ledgerwick.requestCheckoutManagerResign();
     QCOMPARE(checkout.resigns, 1);
+    QCOMPARE(checkout.lastSender, &ledgerwick);
+}
+
+void TestLedgerwick::commandsGoToTheListInFront_data()
+{
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("subTab");
+    QTest::addColumn<QString>("front"); // the front data source's name
+    QTest::addColumn<QString>("list");  // the list print and export act on
+    QTest::addRow("contacts") << "1" << "1" << "contacts" << "contacts";
+    QTest::addRow("orders") << "2" << "1" << "orders" << "orders";
+    QTest::addRow("items") << "3" << "1" << "items" << "items";
+    QTest::addRow("tasks") << "tabActions" << "1" << "actions" << "actions";
+    QTest::addRow("bills") << "tabAccounts" << "1" << "bills" << "bills";
+    QTest::addRow("money in") << "tabAccounts" << "2" << "" << "moneyIn";
+    QTest::addRow("statement") << "tabAccounts" << "3" << "" << "statement";
+    QTest::addRow("reports") << "tabReports" << "1" << "reports" << "reports";
+}
+
+void TestLedgerwick::commandsGoToTheListInFront()
+{
+    QFETCH(QString, tab);
+    QFETCH(QString, subTab);
+    QFETCH(QString, front);
+    QFETCH(QString, list);
+    AppFixture app;
+    Ledgerwick &ledgerwick = *app.ledgerwick;
+    ledgerwick.setSelectedTab(tab);
+    ledgerwick.setSelectedAccountsTab(subTab);
+    QCOMPARE(ledgerwick.frontDataSource() ? ledgerwick.frontDataSource()->objectName() : QString(), front);
+    LogCapture log;
+    QCOMPARE(ledgerwick.frontList()->objectName(), list);
+    QCOMPARE(log.lines().contains(QStringLiteral("*** is reports")), tab == QLatin1String("tabReports"));
+    // Another window in front: nothing of the main window's.
+    ledgerwick.setMainWindowKey(false);
+    QCOMPARE(ledgerwick.frontDataSource(), nullptr);
+    QCOMPARE(ledgerwick.frontList(), nullptr);
+}
+
+void TestLedgerwick::deleteEditAndNewFollowTheFocus()
+{
+    AppFixture app;
+    Ledgerwick &ledgerwick = *app.ledgerwick;
+    ItemManager *items = ledgerwick.getItemManager();
+    app.addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
+    app.select(items, 0);
+    const std::array<lwDataSource *, 5> order{ledgerwick.getOrderManager(), ledgerwick.getContactManager(),
+                                              ledgerwick.getActionManager(), items, ledgerwick.getBillManager()};
+    QCOMPARE(ledgerwick.firstResponderOrder(), order);
+
+    ledgerwick.deleteMenuItem(); // no list has the focus
+    ledgerwick.setFocusedList(ledgerwick.getOrderManager());
+    ledgerwick.deleteMenuItem();
+    ledgerwick.editMenuItem();
+    QVERIFY(app.platform.alerts.isEmpty());
+    QVERIFY(!items->isEditorShown());
+    QCOMPARE(ledgerwick.checkoutOrder(), nullptr); // no order selected
+
+    ledgerwick.setFocusedList(items);
+    app.platform.alertAnswers.enqueue(1);
+    ledgerwick.deleteMenuItem();
+    QCOMPARE(app.platform.alerts.size(), 1);
+    QCOMPARE(app.platform.alerts.first().title, QStringLiteral("Delete Item"));
+    ledgerwick.editMenuItem();
+    QVERIFY(items->isEditorShown());
+    QCOMPARE(items->currentItem(), items->getnthItem(0));
+    QCOMPARE(ledgerwick.checkoutOrder(), nullptr); // only from the orders list
+
+    items->cancel(nullptr);
+    ledgerwick.setSelectedTab(QStringLiteral("3"));
+    ledgerwick.newMenuItem();
+    QVERIFY(items->isCreating());
+}
+
+void TestLedgerwick::aChangedRecordRedrawsItsRowOnly()
+{
+    AppFixture app;
+    ItemManager *items = app.ledgerwick->getItemManager();
+    QAbstractItemModelTester tester(items, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    app.addItem(QStringLiteral("P1"), QStringLiteral("Hinge"), QStringLiteral("3"));
+    auto hidden = app.addItem(QStringLiteral("P2"), QStringLiteral("Latch"), QStringLiteral("0"));
+    auto shown = app.addItem(QStringLiteral("P3"), QStringLiteral("Bolt"), QStringLiteral("5"));
+    hidden->setVisible(false);
+    items->reloadData();
+    QSignalSpy changed(items, &QAbstractItemModel::dataChanged);
+    QSignalSpy reset(items, &QAbstractItemModel::modelReset);
+    shown->setQty(QStringLiteral("4"));
+    items->recordChanged(shown.get());
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(changed.first().at(0).toModelIndex().row(), 1);
+    QCOMPARE(changed.first().at(1).toModelIndex().column(), items->columnCount() - 1);
+    items->recordChanged(hidden.get()); // not shown: nothing to redraw
+    Item stranger;
+    items->recordChanged(&stranger);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(reset.count(), 0);
 }
 
 QTEST_MAIN(TestLedgerwick)

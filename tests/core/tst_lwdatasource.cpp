@@ -1,4 +1,4 @@
-#include "core/Ledgerwick.h"
+#include "app/Ledgerwick.h"
 #include "core/lwDataSource.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TestRecord.h"

@@ -1,20 +1,14 @@
-#include "contacts/Contact.h"
 #include "core/DatabasePaths.h"
-#include "core/DatabaseStore.h"
-#include "core/Ledgerwick.h"
 #include "prefs/PrefsController.h"
 #include "products/Item.h"
 #include "products/ItemManager.h"
-#include "support/LogCapture.h"
-#include "support/ScriptedPlatform.h"
+#include "support/AppFixture.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QItemSelectionModel>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -22,11 +16,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-QString alertText(const Platform::Alert &alert)
-{
-    return alert.title + u" | "_s + alert.informativeText + u" | "_s + alert.buttons.join(u", "_s);
-}
 
 QStringList codesShown(const ItemManager &items)
 {
@@ -55,88 +44,44 @@ private Q_SLOTS:
 
     void popUpsStartFilled();
     void createGivesPrefixIdAndStockWarning();
-    void createIsRefusedWhileReadOnly();
     void finishCopiesTheControlsButNotTheStatus();
     void finishKeepsFieldsWhosePopUpShowsNothing();
-    void finishWhileReadOnlyOnlyHides();
     void finishStoresTheWellsPictureOnly();
-    void cancelledCreationMakesTheNextCommitAddAgain();
     void createSimilarCopiesTheCommittedItem();
-    void createSimilarNeedsAnItem();
-    void createAndAddDataObjectAddsADefaultItem();
     void editLoadsTheSelectedItem();
-    void editWithoutSelectionDoesNothing();
-    void setItemIgnoresOtherRecords();
-    void deleteKeyAsksFirst_data();
-    void deleteKeyAsksFirst();
-    void deleteKeyWithoutSelectionAsksNothing();
-    void removeIsRefusedWhileReadOnly();
     void deleteImageRemovesTheFileAtOnce();
     void pictureFilesAndWebsiteFolder();
     void pickSupplierOpensThePickerOnSuppliers();
     void filter_data();
     void filter();
-    void headerClickSortsLargestFirstWhenAscending();
-    void closingTheWindowCommits();
 
 private:
-    std::shared_ptr<Item> addItem(const QString &code, const QString &name, const QString &qty);
-    void select(int row);
-    QString itemsFile() const { return m_home->filePath(u"db.lwkdb/items.xml"_s); }
-    QString site() const { return m_home->filePath(u"site"_s); }
+    std::shared_ptr<Item> addItem(const QString &code, const QString &name, const QString &qty)
+    {
+        return m_app->addItem(code, name, qty);
+    }
+    void select(int row) { m_app->select(m_items, row); }
+    QString itemsFile() const { return m_app->bundleFile(u"items.xml"_s); }
+    QString site() const { return m_app->home(u"site"_s); }
 
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<ScriptedPlatform> m_platform;
-    std::unique_ptr<Ledgerwick> m_ledgerwick;
-    ItemManager *m_items = nullptr; // owned by the controller
-    QItemSelectionModel *m_selection = nullptr;
+    std::unique_ptr<AppFixture> m_app;
+    ItemManager *m_items = nullptr;
     std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
 
 void tst_ItemManager::init()
 {
-    m_home = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_home->isValid());
-    qputenv("HOME", m_home->path().toLocal8Bit());
+    m_app = std::make_unique<AppFixture>();
     QVERIFY(QDir().mkpath(site() + u"/objects"_s));
-    m_platform = std::make_unique<ScriptedPlatform>();
-    m_ledgerwick = std::make_unique<Ledgerwick>(m_platform.get());
-    m_ledgerwick->setDatabaseLocation(m_home->filePath(u"db.lwkdb"_s));
-    m_items = new ItemManager;
-    m_ledgerwick->setManager(DatabaseStore::Kind::Items, m_items);
-    QCOMPARE(m_items->ledgerwick(), m_ledgerwick.get());
-    m_items->setColumns({{u"code"_s, u"Code"_s}, {u"item"_s, u"Item"_s}, {u"qty"_s, u"Qty"_s}});
-    m_selection = new QItemSelectionModel(m_items, m_items);
-    m_items->setTableSelection(m_selection);
+    m_items = m_app->ledgerwick->getItemManager();
     m_tester = std::make_unique<QAbstractItemModelTester>(m_items);
-
-    auto supplier = std::make_shared<Contact>();
-    supplier->setName(u"Acme Supplies"_s);
-    supplier->setID(5);
-    m_ledgerwick->getContactManager()->add(supplier);
+    m_app->addContact(u"Acme Supplies"_s, 5);
 }
 
 void tst_ItemManager::cleanup()
 {
     m_tester.reset();
-    m_ledgerwick.reset();
-    m_platform.reset();
-    m_home.reset();
-}
-
-std::shared_ptr<Item> tst_ItemManager::addItem(const QString &code, const QString &name, const QString &qty)
-{
-    auto item = std::make_shared<Item>();
-    item->setCode(code);
-    item->setItem(name);
-    item->setQty(qty);
-    m_items->add(item);
-    return item;
-}
-
-void tst_ItemManager::select(int row)
-{
-    m_selection->select(m_items->index(row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_app.reset();
 }
 
 void tst_ItemManager::popUpsStartFilled()
@@ -150,8 +95,8 @@ void tst_ItemManager::popUpsStartFilled()
     QVERIFY(!s.condition.entries.isEmpty());
     QVERIFY(!s.status.entries.isEmpty());
     // Only "S" is taxed on an order line; the preferences name the tax.
-    m_ledgerwick->getPrefsController()->controls().taxStatement = u"GST"_s;
-    m_ledgerwick->getPrefsController()->controls().taxRate = u"15"_s;
+    m_app->ledgerwick->getPrefsController()->controls().taxStatement = u"GST"_s;
+    m_app->ledgerwick->getPrefsController()->controls().taxRate = u"15"_s;
     QCOMPARE(m_items->taxCodeDescription(u"S"_s), u"Standard: GST at 15.00%"_s);
     QCOMPARE(m_items->taxCodeDescription(u"Z"_s), u"Zero rated: no tax"_s);
 }
@@ -160,8 +105,8 @@ void tst_ItemManager::createGivesPrefixIdAndStockWarning()
 {
     addItem(u"P1"_s, u"Widget"_s, u"4"_s);
     addItem(u"P2"_s, u"Gadget"_s, u"1"_s);
-    m_ledgerwick->getPrefsController()->controls().itemPrefix = u"SKU-"_s;
-    m_ledgerwick->getPrefsController()->controls().stockWarn = u"7"_s;
+    m_app->ledgerwick->getPrefsController()->controls().itemPrefix = u"SKU-"_s;
+    m_app->ledgerwick->getPrefsController()->controls().stockWarn = u"7"_s;
     QSignalSpy shown(m_items, &ItemManager::editorShown);
 
     m_items->create(nullptr);
@@ -175,17 +120,6 @@ void tst_ItemManager::createGivesPrefixIdAndStockWarning()
     QCOMPARE(m_items->editorState().code, u"SKU-3"_s);
     QCOMPARE(m_items->editorState().warnLevel, u"7"_s);
     QCOMPARE(m_items->getCount(), 2); // added only when committed
-}
-
-void tst_ItemManager::createIsRefusedWhileReadOnly()
-{
-    m_ledgerwick->setReadOnly(true);
-    m_items->create(nullptr);
-    QVERIFY(!m_items->isEditorShown());
-    QVERIFY(!m_items->currentItem());
-    QCOMPARE(m_items->highestId(), 0);
-    QCOMPARE(m_platform->alerts.size(), 1);
-    QCOMPARE(alertText(m_platform->alerts.first()), u"Read-only mode | Database is in read-only mode. | OK"_s);
 }
 
 void tst_ItemManager::finishCopiesTheControlsButNotTheStatus()
@@ -270,20 +204,6 @@ void tst_ItemManager::finishKeepsFieldsWhosePopUpShowsNothing()
     QCOMPARE(m_items->getCount(), 1);
 }
 
-void tst_ItemManager::finishWhileReadOnlyOnlyHides()
-{
-    auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    select(0);
-    m_items->edit(nullptr);
-    m_items->editorState().name = u"Changed"_s;
-    m_ledgerwick->setReadOnly(true);
-    m_items->finish(nullptr);
-    QVERIFY(!m_items->isEditorShown());
-    QCOMPARE(item->getItem(), u"Widget"_s);
-    QCOMPARE(m_platform->alerts.size(), 1);
-    QVERIFY(!QFile::exists(itemsFile()));
-}
-
 void tst_ItemManager::finishStoresTheWellsPictureOnly()
 {
     auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
@@ -299,26 +219,6 @@ void tst_ItemManager::finishStoresTheWellsPictureOnly()
     m_items->finish(nullptr);
     QVERIFY(QFile::exists(file));
     QCOMPARE(QImage(file).pixelColor(0, 0), QColor(Qt::red));
-}
-
-void tst_ItemManager::cancelledCreationMakesTheNextCommitAddAgain()
-{
-    auto existing = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    m_items->create(nullptr);
-    m_items->cancel(nullptr);
-    QVERIFY(!m_items->isEditorShown());
-    QCOMPARE(m_items->getCount(), 1);
-    QCOMPARE(m_items->highestId(), 2); // the id was handed out all the same
-    QVERIFY(m_items->isCreating());    // deliberately left set
-
-    select(0);
-    m_items->edit(nullptr);
-    QCOMPARE(m_items->currentItem(), existing.get());
-    m_items->finish(nullptr);
-    QCOMPARE(m_items->getCount(), 2);
-    QCOMPARE(m_items->getnthItem(0), existing.get());
-    QCOMPARE(m_items->getnthItem(1), existing.get());
-    QVERIFY(!m_items->isCreating());
 }
 
 void tst_ItemManager::createSimilarCopiesTheCommittedItem()
@@ -353,25 +253,6 @@ void tst_ItemManager::createSimilarCopiesTheCommittedItem()
     QCOMPARE(similar->getSupplier(), u"5"_s);
     QCOMPARE(similar->getStatus(), u""_s); // never copied from the editor
     QVERIFY(QFile::exists(DatabasePaths::itemImageFile(2)));
-}
-
-void tst_ItemManager::createSimilarNeedsAnItem()
-{
-    QSignalSpy shown(m_items, &ItemManager::editorShown);
-    m_items->createSimilar(nullptr);
-    QCOMPARE(shown.count(), 0);
-    QCOMPARE(m_items->highestId(), 0);
-}
-
-void tst_ItemManager::createAndAddDataObjectAddsADefaultItem()
-{
-    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    Item *item = m_items->createAndAddDataObject();
-    QVERIFY(item);
-    QCOMPARE(item->getID(), 2);
-    QCOMPARE(item->getCode(), u""_s);
-    QCOMPARE(m_items->getnthItem(1), item);
-    QVERIFY(!m_items->isEditorShown());
 }
 
 void tst_ItemManager::editLoadsTheSelectedItem()
@@ -415,73 +296,6 @@ void tst_ItemManager::editLoadsTheSelectedItem()
     QCOMPARE(s.condition.index, -1);
 }
 
-void tst_ItemManager::editWithoutSelectionDoesNothing()
-{
-    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    QSignalSpy shown(m_items, &ItemManager::editorShown);
-    m_items->edit(nullptr);
-    QCOMPARE(shown.count(), 0);
-    QVERIFY(!m_items->currentItem());
-}
-
-void tst_ItemManager::setItemIgnoresOtherRecords()
-{
-    Contact contact;
-    contact.setName(u"Not an item"_s);
-    QSignalSpy changed(m_items, &ItemManager::editorStateChanged);
-    m_items->setItem(&contact);
-    m_items->setItem(nullptr);
-    QCOMPARE(changed.count(), 0);
-}
-
-void tst_ItemManager::deleteKeyAsksFirst_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QStringList>("left");
-    QTest::addRow("OK") << 0 << QStringList{u"P1"_s, u"P3"_s};
-    QTest::addRow("Cancel") << 1 << QStringList{u"P1"_s, u"P2"_s, u"P3"_s};
-}
-
-void tst_ItemManager::deleteKeyAsksFirst()
-{
-    QFETCH(int, answer);
-    QFETCH(QStringList, left);
-    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    auto second = addItem(u"P2"_s, u"Gadget"_s, u"2"_s);
-    addItem(u"P3"_s, u"Sprocket"_s, u"2"_s);
-    second->setImage(picture(Qt::red));
-    select(1);
-    m_platform->alertAnswers.enqueue(answer);
-
-    m_items->deleteKey(nullptr);
-
-    QCOMPARE(m_platform->alerts.size(), 1);
-    QCOMPARE(alertText(m_platform->alerts.first()),
-             u"Delete Item | Do you want to delete the selected item from the database? | OK, Cancel"_s);
-    QCOMPARE(codesShown(*m_items), left);
-    QVERIFY(QFile::exists(DatabasePaths::itemImageFile(2))); // the picture stays
-    QVERIFY(!QFile::exists(itemsFile()));                    // saving is left to the editors
-}
-
-void tst_ItemManager::deleteKeyWithoutSelectionAsksNothing()
-{
-    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    m_items->deleteKey(nullptr);
-    QVERIFY(m_platform->alerts.isEmpty());
-    QCOMPARE(m_items->getCount(), 1);
-}
-
-void tst_ItemManager::removeIsRefusedWhileReadOnly()
-{
-    addItem(u"P1"_s, u"Widget"_s, u"2"_s);
-    m_ledgerwick->setReadOnly(true);
-    select(0);
-    m_items->deleteKey(nullptr);
-    QCOMPARE(m_platform->alerts.size(), 2); // the question, then the refusal
-    QCOMPARE(m_platform->alerts.last().title, u"Read-only mode"_s);
-    QCOMPARE(m_items->getCount(), 1);
-}
-
 void tst_ItemManager::deleteImageRemovesTheFileAtOnce()
 {
     auto item = addItem(u"P1"_s, u"Widget"_s, u"2"_s);
@@ -502,9 +316,9 @@ void tst_ItemManager::deleteImageRemovesTheFileAtOnce()
 void tst_ItemManager::pictureFilesAndWebsiteFolder()
 {
     m_items->create(nullptr);
-    const QString png = m_home->filePath(u"photo.png"_s);
+    const QString png = m_app->home(u"photo.png"_s);
     QVERIFY(picture(Qt::yellow).save(png));
-    const QString notAPicture = m_home->filePath(u"notes.png"_s);
+    const QString notAPicture = m_app->home(u"notes.png"_s);
     QFile text(notAPicture);
     QVERIFY(text.open(QIODevice::WriteOnly));
     text.write("plain text");
@@ -519,24 +333,26 @@ void tst_ItemManager::pictureFilesAndWebsiteFolder()
     m_items->editorState().image = QImage();
     m_items->chooseImage(nullptr);
     QVERIFY(m_items->editorState().image.isNull());
-    m_platform->panelAnswers.enqueue(notAPicture);
+    m_app->platform.panelAnswers.enqueue(notAPicture);
     m_items->chooseImage(nullptr);
-    QCOMPARE(m_platform->beeps, 1);
-    m_platform->panelAnswers.enqueue(png);
+    QCOMPARE(m_app->platform.beeps, 1);
+    m_app->platform.panelAnswers.enqueue(png);
     m_items->chooseImage(nullptr);
     QVERIFY(!m_items->editorState().image.isNull());
-    QVERIFY(m_platform->panels.last().fileTypes.contains(u"png"_s));
+    QVERIFY(m_app->platform.panels.last().fileTypes.contains(u"png"_s));
 
-    m_platform->panelAnswers.enqueue(site());
+    m_app->platform.panelAnswers.enqueue(site());
     m_items->selectWebsiteLocation(nullptr);
     QCOMPARE(m_items->editorState().websiteFolder, site());
-    QVERIFY(m_platform->panels.last().chooseDirectories);
+    QVERIFY(m_app->platform.panels.last().chooseDirectories);
 }
 
 void tst_ItemManager::pickSupplierOpensThePickerOnSuppliers()
 {
     m_items->create(nullptr);
-    m_items->pickSupplier(nullptr); // no picker yet: nothing happens
+    m_items->setPickerOpener({});
+    m_items->setSupplierSource(nullptr);
+    m_items->pickSupplier(nullptr); // no picker: nothing happens
 
     RecordTable suppliers;
     QStringList asked;
@@ -553,7 +369,7 @@ void tst_ItemManager::pickSupplierOpensThePickerOnSuppliers()
     QCOMPARE(asked, (QStringList{u"suppliers"_s, u"name"_s, u"address"_s, u"Supplier"_s}));
 
     QSignalSpy changed(m_items, &ItemManager::editorStateChanged);
-    answer(m_ledgerwick->getContactManager()->getItemById(5));
+    answer(m_app->ledgerwick->getContactManager()->getItemById(5));
     QCOMPARE(m_items->editorState().supplierName, u"Acme Supplies"_s);
     QCOMPARE(changed.count(), 1);
     m_items->finish(nullptr);
@@ -600,42 +416,6 @@ void tst_ItemManager::filter()
 
     QCOMPARE(codesShown(*m_items), shown);
     QCOMPARE(reset.count(), 1);
-}
-
-void tst_ItemManager::headerClickSortsLargestFirstWhenAscending()
-{
-    addItem(u"P1"_s, u"b"_s, u"9"_s);
-    addItem(u"P2"_s, u"A"_s, u"10"_s);
-    addItem(u"P3"_s, u"c"_s, u"2"_s);
-    m_items->sort(1, Qt::AscendingOrder);
-    QCOMPARE(codesShown(*m_items), (QStringList{u"P3"_s, u"P1"_s, u"P2"_s}));
-    m_items->sort(1, Qt::DescendingOrder);
-    QCOMPARE(codesShown(*m_items), (QStringList{u"P2"_s, u"P1"_s, u"P3"_s}));
-    // Quantities sort as text.
-    m_items->sort(2, Qt::DescendingOrder);
-    QCOMPARE(codesShown(*m_items), (QStringList{u"P2"_s, u"P3"_s, u"P1"_s}));
-}
-
-void tst_ItemManager::closingTheWindowCommits()
-{
-    LogCapture log;
-    m_items->windowWillClose(nullptr); // never opened: nothing to commit
-    QVERIFY(log.lines().isEmpty());
-
-    m_items->create(nullptr);
-    m_items->editorState().name = u"Closed, not cancelled"_s;
-    m_items->windowWillClose(nullptr);
-    QCOMPARE(log.lines().value(0), u"itemmanager windowWillClose:"_s);
-    QCOMPARE(m_items->getCount(), 1);
-    QCOMPARE(m_items->currentItem()->getItem(), u"Closed, not cancelled"_s);
-    QVERIFY(!m_items->isEditorShown());
-    QVERIFY(QFile::exists(itemsFile()));
-
-    // Detached (at quit), the window's closing commits nothing.
-    m_items->disconnectWindow(nullptr);
-    m_items->create(nullptr);
-    m_items->windowWillClose(nullptr);
-    QCOMPARE(m_items->getCount(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_ItemManager)

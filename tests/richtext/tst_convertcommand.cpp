@@ -157,7 +157,7 @@ void TestConvertCommand::wrongUsage()
     QFETCH(QStringList, args);
     const Run run = convert(args);
     QCOMPARE(run.exitCode, 2);
-    QVERIFY(run.err.contains(QStringLiteral("Usage: ledgerwick-cli convert IN OUT")));
+    QVERIFY(run.err.contains(QStringLiteral("usage: ledgerwick-cli convert IN OUT")));
     QVERIFY(run.out.isEmpty());
 }
 

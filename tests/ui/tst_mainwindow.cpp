@@ -1,8 +1,5 @@
-#include "core/DatabaseStore.h"
-#include "core/Ledgerwick.h"
-#include "core/RecordTable.h"
-#include "products/Item.h"
-#include "support/ScriptedPlatform.h"
+#include "products/ItemManager.h"
+#include "support/AppFixture.h"
 #include "ui/MainWindow.h"
 
 #include <QAbstractButton>
@@ -16,24 +13,9 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
 #include <QTreeView>
-
-namespace {
-
-// A list that counts what the commands ask of it.
-class CountingManager : public RecordTable
-{
-public:
-    void deleteKey(QObject *) override { ++deletes; }
-    void edit(QObject *) override { ++edits; }
-    void create(QObject *) override { ++creates; }
-    int deletes = 0, edits = 0, creates = 0;
-};
-
-} // namespace
 
 class TestMainWindow : public QObject
 {
@@ -49,11 +31,10 @@ private Q_SLOTS:
     void aLockShowsTheSheetAndRefusesEdits();
 
 private:
-    QTemporaryDir *m_home = nullptr;
-    ScriptedPlatform *m_platform = nullptr;
+    std::unique_ptr<AppFixture> m_app;
     Ledgerwick *m_ledgerwick = nullptr;
-    CountingManager *m_items = nullptr;
-    CountingManager *m_orders = nullptr;
+    ScriptedPlatform *m_platform = nullptr;
+    ItemManager *m_items = nullptr;
     MainWindow *m_window = nullptr;
 };
 
@@ -64,25 +45,17 @@ void TestMainWindow::initTestCase()
 
 void TestMainWindow::init()
 {
-    m_home = new QTemporaryDir;
-    qputenv("HOME", m_home->path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
-    m_platform = new ScriptedPlatform;
-    m_ledgerwick = new Ledgerwick(m_platform);
-    m_items = new CountingManager;
-    m_orders = new CountingManager;
-    m_ledgerwick->setManager(DatabaseStore::Kind::Items, m_items);
-    m_ledgerwick->setManager(DatabaseStore::Kind::Orders, m_orders);
-    m_ledgerwick->setDatabaseLocation(m_home->filePath(QStringLiteral("db.lwkdb")));
+    m_app = std::make_unique<AppFixture>();
+    m_ledgerwick = m_app->ledgerwick.get();
+    m_platform = &m_app->platform;
+    m_items = m_ledgerwick->getItemManager();
     m_window = new MainWindow(m_ledgerwick);
 }
 
 void TestMainWindow::cleanup()
 {
     delete m_window;
-    delete m_ledgerwick;
-    delete m_platform;
-    delete m_home;
+    m_app.reset();
 }
 
 void TestMainWindow::toolbarHasItsItemsInOrder()
@@ -111,7 +84,7 @@ void TestMainWindow::toolbarHasItsItemsInOrder()
 
     // The buttons reach their targets.
     m_window->mainToolbar()->actions().at(8)->trigger();
-    QCOMPARE(m_items->creates, 1);
+    QVERIFY(m_items->isCreating());
     QSignalSpy prefs(m_window, &MainWindow::preferencesRequested);
     m_window->mainToolbar()->actions().at(13)->trigger();
     QCOMPARE(prefs.count(), 1);
@@ -128,8 +101,8 @@ void TestMainWindow::frontListFollowsTheTabs()
     QCOMPARE(m_window->frontDataSource(), m_ledgerwick->getContactManager());
     QVERIFY(qobject_cast<QTreeView *>(m_window->frontView()));
     m_window->selectTab(QStringLiteral("2"));
-    QCOMPARE(m_window->frontDataSource(), m_orders);
-    QCOMPARE(m_window->frontView(), m_window->viewFor(m_orders));
+    QCOMPARE(m_window->frontDataSource(), m_ledgerwick->getOrderManager());
+    QCOMPARE(m_window->frontView(), m_window->viewFor(m_ledgerwick->getOrderManager()));
     m_window->selectTab(QStringLiteral("3"));
     QCOMPARE(m_window->frontDataSource(), m_items);
     m_window->selectTab(QStringLiteral("tabActions"));
@@ -146,10 +119,7 @@ void TestMainWindow::frontListFollowsTheTabs()
     QVERIFY(m_window->frontView());
 
     // Exports follow the columns in their visual order.
-    auto item = std::make_shared<Item>();
-    item->setCode(QStringLiteral("P1"));
-    item->setItem(QStringLiteral("Hinge"));
-    m_items->add(item);
+    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
     m_window->selectTab(QStringLiteral("3"));
     auto *table = qobject_cast<QTableView *>(m_window->frontView());
     QVERIFY(table);
@@ -157,7 +127,7 @@ void TestMainWindow::frontListFollowsTheTabs()
     const QList<lwDataSource::Column> columns = MainWindow::visualColumns(table);
     QCOMPARE(columns.at(0).identifier, QStringLiteral("item"));
     QCOMPARE(columns.at(1).identifier, QStringLiteral("code"));
-    const QString path = m_home->filePath(QStringLiteral("items.csv"));
+    const QString path = m_app->home(QStringLiteral("items.csv"));
     m_platform->panelAnswers.enqueue(path);
     m_window->exportCSVMenuItem();
     QFile csv(path);
@@ -167,33 +137,39 @@ void TestMainWindow::frontListFollowsTheTabs()
 
 void TestMainWindow::deleteAndEditGoToTheListWithFocus()
 {
+    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
     m_window->selectTab(QStringLiteral("3"));
     QAbstractItemView *items = m_window->viewFor(m_items);
     items->setFocus();
     QTRY_VERIFY(items->hasFocus());
+    m_app->select(m_items, 0);
+    m_platform->alertAnswers.enqueue(1);
     m_window->deleteMenuItem();
+    QCOMPARE(m_platform->alerts.size(), 1);
+    QCOMPARE(m_platform->alerts.last().title, QStringLiteral("Delete Item"));
     m_window->editMenuItem();
-    QCOMPARE(m_items->deletes, 1);
-    QCOMPARE(m_items->edits, 1);
-    QCOMPARE(m_orders->deletes, 0);
+    QVERIFY(m_items->isEditorShown());
+    m_items->cancel(nullptr);
 
     // The delete key in the list reaches the same manager.
+    items->setFocus();
+    m_platform->alertAnswers.enqueue(1);
     QTest::keyClick(items, Qt::Key_Delete);
-    QCOMPARE(m_items->deletes, 2);
+    QCOMPARE(m_platform->alerts.size(), 2);
 
     // With nothing of the lists in focus nothing happens.
     items->clearFocus();
     m_window->setFocus();
     m_window->deleteMenuItem();
-    QCOMPARE(m_items->deletes, 2);
+    QCOMPARE(m_platform->alerts.size(), 2);
 }
 
 void TestMainWindow::closingSavesEverything()
 {
     m_ledgerwick->readDatabase();
-    const QString bundle = m_home->filePath(QStringLiteral("db.lwkdb"));
+    const QString bundle = m_app->home(QStringLiteral("db.lwkdb"));
     QVERIFY(QFile::exists(bundle + QStringLiteral("/lock.xml")));
     m_window->show();
     m_window->close();
@@ -204,7 +180,7 @@ void TestMainWindow::closingSavesEverything()
 
 void TestMainWindow::aLockShowsTheSheetAndRefusesEdits()
 {
-    const QString bundle = m_home->filePath(QStringLiteral("db.lwkdb"));
+    const QString bundle = m_app->home(QStringLiteral("db.lwkdb"));
     QDir().mkpath(bundle);
     QFile lock(bundle + QStringLiteral("/lock.xml"));
     QVERIFY(lock.open(QIODevice::WriteOnly));

@@ -1,0 +1,87 @@
+#include "cli/CliCommand.h"
+
+#include "app/Ledgerwick.h"
+#include "core/DatabasePaths.h"
+
+#include <QFileInfo>
+
+#include <cstdio>
+
+CliCommand::CliCommand(const char *synopsis, const char *description)
+    : m_synopsis(QString::fromUtf8(synopsis))
+{
+    m_parser.setApplicationDescription(QString::fromUtf8(description));
+    m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    m_parser.addHelpOption();
+}
+
+void CliCommand::addValueOption(const QString &name, const QString &valueName, const QString &description)
+{
+    m_parser.addOption(QCommandLineOption(name, description, valueName));
+}
+
+void CliCommand::addFlag(const QString &name, const QString &description)
+{
+    m_parser.addOption(QCommandLineOption(name, description));
+}
+
+void CliCommand::addDbOption()
+{
+    addValueOption(QStringLiteral("db"), QStringLiteral("BUNDLE"),
+                   QStringLiteral("the database bundle (default: the one the preferences name)"));
+}
+
+int CliCommand::parse(const QStringList &args, qsizetype minPositional, qsizetype maxPositional)
+{
+    // The parser expects the program's name first.
+    if (!m_parser.parse(QStringList{QStringLiteral("ledgerwick-cli")} + args))
+        return usageError(m_parser.errorText());
+    if (m_parser.isSet(QStringLiteral("help"))) {
+        // Qt's own first line names the program file; ours names the command.
+        QString help = m_parser.helpText();
+        help = help.mid(help.indexOf(QLatin1Char('\n')) + 1);
+        std::printf("usage: ledgerwick-cli %s\n%s", qPrintable(m_synopsis), qPrintable(help));
+        return 0;
+    }
+    const qsizetype count = m_parser.positionalArguments().size();
+    if (count < minPositional || count > maxPositional)
+        return usageError(count < minPositional ? QStringLiteral("missing arguments")
+                                                : QStringLiteral("too many arguments"));
+    return -1;
+}
+
+int CliCommand::usageError(const QString &message) const
+{
+    if (!message.isEmpty())
+        std::fprintf(stderr, "ledgerwick-cli: %s\n", qPrintable(message));
+    const QString command = m_synopsis.section(QLatin1Char(' '), 0, 0);
+    std::fprintf(stderr, "usage: ledgerwick-cli %s\nRun 'ledgerwick-cli %s --help' for its options.\n",
+                 qPrintable(m_synopsis), qPrintable(command));
+    return 2;
+}
+
+QString CliCommand::bundleFolder() const
+{
+    const QString db = value(QStringLiteral("db"));
+    return db.isEmpty() ? DatabasePaths::databaseLocation() : DatabasePaths::expandTilde(db);
+}
+
+int openBundle(Ledgerwick &ledgerwick, const QString &folder, BundleAccess access, const char *notDone, bool mayCreate)
+{
+    if (!mayCreate && !QFileInfo(folder).isDir()) {
+        std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
+        return 1;
+    }
+    ledgerwick.setDatabaseLocation(folder);
+    ledgerwick.readDatabase(access == BundleAccess::Write);
+    if (access == BundleAccess::Write && ledgerwick.isReadOnly()) {
+        std::fprintf(stderr, "ledgerwick-cli: the database at %s is open in another copy of Ledgerwick (locked %s); %s\n",
+                     qPrintable(ledgerwick.originalDbLocation()),
+                     ledgerwick.lockDateTime().isEmpty()
+                         ? "at an unknown time"
+                         : qPrintable(QStringLiteral("since ") + ledgerwick.lockDateTime()),
+                     notDone);
+        return 3;
+    }
+    return -1;
+}

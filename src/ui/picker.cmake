@@ -1,2 +1,0 @@
-# The picker's window.
-target_sources(ledgerwick_ui PRIVATE PickerWindow.cpp PickerWindow.h)
