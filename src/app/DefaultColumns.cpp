@@ -16,9 +16,8 @@ QList<lwDataSource::Column> DefaultColumns::forKind(DatabaseStore::Kind kind)
     using Kind = DatabaseStore::Kind;
     switch (kind) {
     case Kind::Contacts:
-        return {col("name", "Name", 180),   col("companyname", "Company", 160),
-                col("phone", "Phone", 110), col("email", "Email", 180),
-                col("type", "Type", 90),    col("kind", "Kind", 110)};
+        // The outline's columns: the name, the first address line and the type.
+        return {col("1", "Name", 240), col("2", "Address", 280), col("3", "Type", 110)};
     case Kind::Orders:
         return {col("orderNum", "Number", 80), col("date", "Date", 80),   col("title", "Title", 220),
                 col("status", "Status", 90),   col("value", "Value", 90), col("balance", "Balance", 90)};

@@ -35,7 +35,11 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
       m_manual(new Manual(platform, this))
 {
     m_contacts = new ContactManager(this);
-    m_contacts->setObjectName(QStringLiteral("contacts"));
+    m_companyEditor = new CompanyEditor(m_contacts, this);
+    m_companyContactEditor = new CompanyContactEditor(m_contacts, this);
+    m_contacts->setEditors(m_companyEditor, m_companyContactEditor);
+    for (lwDataSource *editor : {static_cast<lwDataSource *>(m_companyEditor), static_cast<lwDataSource *>(m_companyContactEditor)})
+        editor->setLedgerwick(this);
     m_items = new ItemManager(this);
     m_orders = makeList(Kind::Orders);
     m_materials = makeList(Kind::Materials);
@@ -59,6 +63,9 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     m_reports->setColumns(DefaultColumns::reports());
     for (lwDataSource *list : {m_moneyIn, m_statement, m_reports})
         list->setLedgerwick(this);
+
+    // The preferences' own contact types join the contact pop-ups.
+    connect(m_prefs, &PrefsController::listsPopulated, m_contacts, &ContactManager::populateLists);
 
     m_supplierDataSource = new SupplierDataSource(this);
     m_supplierDataSource->setLedgerwick(this);
@@ -110,9 +117,11 @@ void Ledgerwick::applicationShouldTerminate()
 {
     m_prefs->OKButton(this);
     writeDatabase(this);
-    // In this order: items, actions, bills, contacts, the company editor and
-    // orders, as each gains an editor.
+    // In this order: items, actions, bills, contacts (and through them their
+    // two other editors), the company editor and orders, as each gains an editor.
     m_items->disconnectWindow(this);
+    m_contacts->disconnectWindow(this);
+    m_companyEditor->disconnectWindow(this);
 }
 
 void Ledgerwick::setReadOnly(bool readOnly)
@@ -130,7 +139,7 @@ void Ledgerwick::cancelLockSheet()
 
 Contact *Ledgerwick::getContactbyId(const QString &id) const
 {
-    return dynamic_cast<Contact *>(getContactManager()->getItemById(NumberText::intValue(id)));
+    return m_contacts->getContactbyId(id);
 }
 
 QString Ledgerwick::getContactNameforId(const QString &id) const
@@ -143,12 +152,8 @@ QString Ledgerwick::getContactNameforId(const QString &id) const
 
 QString Ledgerwick::getContactIdForName(const QString &name) const
 {
-    for (const auto &record : m_contacts->records()) {
-        const auto *contact = dynamic_cast<const Contact *>(record.get());
-        if (contact && contact->getName() == name)
-            return QString::number(contact->getID());
-    }
-    return QStringLiteral("0");
+    const Contact *contact = m_contacts->getContactbyName(name);
+    return contact ? QString::number(contact->getID()) : QStringLiteral("0");
 }
 
 int Ledgerwick::getContactIdForOrder(int orderId) const
@@ -261,7 +266,8 @@ dataObject *Ledgerwick::checkoutOrder() const
 
 QString Ledgerwick::getCurrentContactIdAsString() const
 {
-    const dataObject *contact = m_contacts->getSelectedItem();
+    // The contact open in an editor, not the row selected in the list.
+    const dataObject *contact = m_contacts->getCurrentItem();
     return contact ? QString::number(contact->getID()) : QStringLiteral("-1");
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/DatabaseStore.h"
+#include "contacts/CompanyContactEditor.h"
+#include "contacts/CompanyEditor.h"
 #include "contacts/ContactManager.h"
 #include "core/RecordTable.h"
 #include "core/lwController.h"
@@ -50,6 +52,8 @@ public:
 
     // --- the managers -------------------------------------------------------
     ContactManager *getContactManager() const { return m_contacts; }
+    CompanyEditor *getCompanyEditor() const { return m_companyEditor; }
+    CompanyContactEditor *getCompanyContactEditor() const { return m_companyContactEditor; }
     ItemManager *getItemManager() const { return m_items; }
     // The lists whose managers have not landed yet are plain record tables.
     RecordTable *getOrderManager() const { return m_orders; }
@@ -77,7 +81,7 @@ public:
     dataObject *getProductbyId(int id) const override;
     QString getCurrentContactIdAsString() const override;
     // Links the contact to the order with that id (link and id).
-    void connectContact(const std::shared_ptr<Contact> &contact, int orderId);
+    void connectContact(const std::shared_ptr<Contact> &contact, int orderId) override;
     void setCurrentOrder(int orderId) override;
     int getCurrentOrder() const override { return m_currentOrder; }
     // The checkout and the order editor each ask the other to let go of an
@@ -165,6 +169,8 @@ private:
     std::unique_ptr<lwDateFormatter> m_dateFormatter;
 
     ContactManager *m_contacts = nullptr;
+    CompanyEditor *m_companyEditor = nullptr;
+    CompanyContactEditor *m_companyContactEditor = nullptr;
     ItemManager *m_items = nullptr;
     RecordTable *m_orders = nullptr;
     RecordTable *m_materials = nullptr;

@@ -48,29 +48,37 @@ QList<lwDataSource::Column> parseColumns(const QString &text)
 bool applySearchAndFilter(Ledgerwick &ledgerwick, lwDataSource &list, const QString &kindName,
                           const CliCommand &line)
 {
-    // The items list has a search field and a stock filter; the other lists
-    // bring theirs with their own managers.
+    // The lists with a search field and a filter pop-up, and where their
+    // manager keeps them; the other lists bring theirs with their managers.
+    QString *search = nullptr;
+    PopUp *filter = nullptr;
     if (&list == ledgerwick.getItemManager()) {
-        ItemEditorState &state = ledgerwick.getItemManager()->editorState();
-        if (line.isSet(QStringLiteral("search")))
-            state.searchText = line.value(QStringLiteral("search"));
-        if (line.isSet(QStringLiteral("filter"))) {
-            const QString title = line.value(QStringLiteral("filter"));
-            if (!state.stockFilter.entries.contains(title)) {
-                std::fprintf(stderr, "ledgerwick-cli: the items filter has no entry \"%s\" (it has: %s)\n",
-                             qPrintable(title), qPrintable(state.stockFilter.entries.join(QStringLiteral(", "))));
+        search = &ledgerwick.getItemManager()->editorState().searchText;
+        filter = &ledgerwick.getItemManager()->editorState().stockFilter;
+    } else if (&list == ledgerwick.getContactManager()) {
+        search = &ledgerwick.getContactManager()->editorState().searchText;
+        filter = &ledgerwick.getContactManager()->editorState().filter;
+    }
+    if (!search) {
+        for (const char *option : {"search", "filter"}) {
+            if (line.isSet(QLatin1String(option))) {
+                std::fprintf(stderr, "ledgerwick-cli: the %s list has no %s yet; --%s cannot be applied\n",
+                             qPrintable(kindName), option[0] == 's' ? "search field" : "filter pop-up", option);
                 return false;
             }
-            state.stockFilter.selectTitle(title);
         }
-        list.filter(nullptr);
-        return true;
-    }
-    for (const char *option : {"search", "filter"}) {
-        if (line.isSet(QLatin1String(option))) {
-            std::fprintf(stderr, "ledgerwick-cli: the %s list has no %s yet; --%s cannot be applied\n",
-                         qPrintable(kindName), option[0] == 's' ? "search field" : "filter pop-up", option);
-            return false;
+    } else {
+        if (line.isSet(QStringLiteral("search")))
+            *search = line.value(QStringLiteral("search"));
+        if (line.isSet(QStringLiteral("filter"))) {
+            const QString title = line.value(QStringLiteral("filter"));
+            if (!filter->entries.contains(title)) {
+                std::fprintf(stderr, "ledgerwick-cli: the %s filter has no entry \"%s\" (it has: %s)\n",
+                             qPrintable(kindName), qPrintable(title),
+                             qPrintable(filter->entries.join(QStringLiteral(", "))));
+                return false;
+            }
+            filter->selectTitle(title);
         }
     }
     list.filter(nullptr);

@@ -1,7 +1,10 @@
 #include "contacts/Contact.h"
+
 #include "core/RecordFields.h"
 
 #include "core/NumberText.h"
+
+#include <atomic>
 
 namespace {
 
@@ -148,9 +151,25 @@ void Contact::setJobTitle(const QString &value)
 {
     assign(m_jobTitle, value);
 }
+namespace {
+std::atomic<quint64> s_linkGeneration{0};
+}
+
+quint64 Contact::linkGeneration()
+{
+    return s_linkGeneration.load(std::memory_order_relaxed);
+}
+
+void Contact::setCompany(int companyId)
+{
+    m_company = companyId;
+    s_linkGeneration.fetch_add(1, std::memory_order_relaxed);
+}
+
 void Contact::setKind(const QString &value)
 {
     assign(m_kind, value);
+    s_linkGeneration.fetch_add(1, std::memory_order_relaxed);
 }
 void Contact::setMobile(const QString &value)
 {
@@ -159,6 +178,7 @@ void Contact::setMobile(const QString &value)
 void Contact::setName(const QString &value)
 {
     assign(m_name, value);
+    s_linkGeneration.fetch_add(1, std::memory_order_relaxed);
 }
 void Contact::setPhone(const QString &value)
 {
@@ -175,6 +195,7 @@ void Contact::setTitle(const QString &value)
 void Contact::setType(const QString &value)
 {
     assign(m_type, value);
+    s_linkGeneration.fetch_add(1, std::memory_order_relaxed);
 }
 void Contact::setWebsite(const QString &value)
 {

@@ -56,7 +56,7 @@ public:
     void setAdd3(const QString &value);
     void setComments(const QString &value);
     void setCompanyName(const QString &value);
-    void setCompany(int companyId) { m_company = companyId; }
+    void setCompany(int companyId);
     void setEmail(const QString &value);
     void setExtension(const QString &value);
     void setFax(const QString &value);
@@ -69,6 +69,10 @@ public:
     void setTitle(const QString &value);
     void setType(const QString &value);
     void setWebsite(const QString &value);
+
+    // Bumped whenever any contact's name, kind, type or company changes, so that
+    // the contact manager can tell cheaply whether its outline is stale.
+    static quint64 linkGeneration();
 
 private:
     QString m_add1 = lwEmpty();

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 class Contact;
 class Platform;
 class PrefsController;
@@ -43,6 +45,8 @@ public:
     virtual dataObject *getProductbyId(int id) const = 0;
     // The id ("%i") of the contact selected in the contacts list, "-1" when none.
     virtual QString getCurrentContactIdAsString() const = 0;
+    // Links the contact to the order with that id (link and id).
+    virtual void connectContact(const std::shared_ptr<Contact> &contact, int orderId) = 0;
     // The order whose lines are shown (its id; 0 for none).
     virtual int getCurrentOrder() const = 0;
     virtual void setCurrentOrder(int orderId) = 0;

@@ -99,6 +99,7 @@ void lwDataSource::add(std::shared_ptr<dataObject> record)
     const bool visibleIndexWasValid = m_visibleValid && m_visibleGeneration == dataObject::visibilityGeneration();
     const bool idIndexWasValid = m_idValid && m_idGeneration == dataObject::idGeneration();
     m_collection.push_back(std::move(record));
+    ++m_changes;
     dataObject *added = m_collection.back().get();
     const qsizetype position = qsizetype(m_collection.size()) - 1;
     if (added->getID() == 0) {
@@ -129,6 +130,7 @@ void lwDataSource::clear()
 {
     beginResetModel();
     m_collection.clear();
+    ++m_changes;
     m_highestId = 0;
     invalidateIndexes();
     m_walkHint = 0;
@@ -146,6 +148,7 @@ void lwDataSource::deleteItem(const dataObject *record)
     else if (!rowsAreVisibleRecords())
         beginResetModel();
     m_collection.erase(m_collection.begin() + position);
+    ++m_changes;
     invalidateIndexes();
     if (row >= 0)
         endRemoveRows();
@@ -169,6 +172,20 @@ void lwDataSource::applyOrder(const std::vector<qsizetype> &order)
 {
     // Views keep their selection: persistent indexes follow their records.
     const bool plainRows = rowsAreVisibleRecords();
+    if (!plainRows) {
+        // Rows that are not the visible records (an outline) cannot follow
+        // their records through a layout change: the views start afresh.
+        beginResetModel();
+        std::vector<std::shared_ptr<dataObject>> reordered;
+        reordered.reserve(m_collection.size());
+        for (qsizetype from : order)
+            reordered.push_back(std::move(m_collection[size_t(from)]));
+        m_collection = std::move(reordered);
+        ++m_changes;
+        invalidateIndexes();
+        endResetModel();
+        return;
+    }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const QModelIndexList persistent = persistentIndexList();
     std::vector<const dataObject *> persistentRecords;
@@ -181,6 +198,7 @@ void lwDataSource::applyOrder(const std::vector<qsizetype> &order)
     for (qsizetype from : order)
         reordered.push_back(std::move(m_collection[size_t(from)]));
     m_collection = std::move(reordered);
+    ++m_changes;
     invalidateIndexes();
 
     if (plainRows && !persistent.isEmpty()) {

@@ -56,7 +56,8 @@ public:
     virtual dataObject *getNextItem(const dataObject *record) const;
     virtual dataObject *getnthItem(qsizetype n) const;
     dataObject *getnthVisibleItem(int n) const;
-    dataObject *getSelectedItem() const;
+    // The record of the selected row; none without a selection.
+    virtual dataObject *getSelectedItem() const;
     int getNextId();
     int highestId() const { return m_highestId; }
 
@@ -64,6 +65,9 @@ public:
     std::shared_ptr<dataObject> sharedRecord(const dataObject *record) const;
     const std::vector<std::shared_ptr<dataObject>> &records() const { return m_collection; }
     qsizetype positionOf(const dataObject *record) const;
+    // Counts every change of the collection's membership or order, so that
+    // a manager's own indexes can tell cheaply whether they are stale.
+    quint64 collectionChanges() const { return m_changes; }
 
     // --- sorting ----------------------------------------------------------
     void sortByColumn(const QString &column, bool ascending);
@@ -165,6 +169,7 @@ private:
 
     std::vector<std::shared_ptr<dataObject>> m_collection;
     int m_highestId = 0;
+    quint64 m_changes = 0;
     lwController *m_ledgerwick = nullptr;
     QPointer<QItemSelectionModel> m_selection;
     QList<Column> m_columns;

@@ -33,7 +33,7 @@ void lwEditorManagerBase::beginCreating(std::shared_ptr<dataObject> record)
     m_creating = true;
     m_current = std::move(record);
     if (m_rules.addOnCreate)
-        add(m_current);
+        recordList()->add(m_current);
 }
 
 void lwEditorManagerBase::create(QObject *)
@@ -47,18 +47,23 @@ void lwEditorManagerBase::create(QObject *)
 
 void lwEditorManagerBase::edit(QObject *)
 {
-    std::shared_ptr<dataObject> record = sharedRecord(getSelectedItem());
-    if (!record || !loadEditor(*record))
+    editRecord(getSelectedItem());
+}
+
+void lwEditorManagerBase::editRecord(dataObject *record)
+{
+    std::shared_ptr<dataObject> shared = recordList()->sharedRecord(record);
+    if (!shared || !loadEditor(*shared))
         return;
-    m_current = std::move(record);
+    m_current = std::move(shared);
     Q_EMIT editorStateChanged();
     showEditor();
 }
 
 void lwEditorManagerBase::deleteKey(QObject *)
 {
-    const int row = selectedRow();
-    if (row == -1)
+    dataObject *selected = getSelectedItem();
+    if (!selected)
         return;
     Platform *desktop = platform();
     const int answer = desktop ? desktop->alert({m_rules.deleteTitle,
@@ -67,7 +72,7 @@ void lwEditorManagerBase::deleteKey(QObject *)
                                                  Platform::AlertStyle::Warning})
                                : 1; // nobody to ask: nothing is deleted
     if (answer == 0)
-        remove(getnthVisibleItem(row));
+        remove(selected);
     if (ledgerwick())
         ledgerwick()->setChangeFlag();
 }
@@ -76,8 +81,8 @@ void lwEditorManagerBase::remove(dataObject *record)
 {
     if (!readOnlyCheck())
         return;
-    deleteItem(record);
-    reloadData();
+    recordList()->deleteItem(record);
+    recordList()->reloadData();
 }
 
 void lwEditorManagerBase::finish(QObject *sender)
@@ -91,10 +96,10 @@ void lwEditorManagerBase::finish(QObject *sender)
     storeEditor(*record);
     if (m_creating) {
         if (!m_rules.addOnCreate)
-            add(record);
+            recordList()->add(record);
         m_creating = false;
     }
-    filter(sender);
+    recordList()->filter(sender);
     hideEditor();
     committed(*record);
     if (ledgerwick())
@@ -104,10 +109,11 @@ void lwEditorManagerBase::finish(QObject *sender)
 void lwEditorManagerBase::cancel(QObject *)
 {
     if (m_creating && m_rules.cancelRule == CancelRule::RemoveNew && m_current) {
-        deleteItem(m_current.get());
-        m_creating = false;
-        reloadData();
+        recordList()->deleteItem(m_current.get());
+        recordList()->reloadData();
     }
+    if (m_rules.cancelRule != CancelRule::KeepCreating)
+        m_creating = false;
     hideEditor();
 }
 

@@ -25,6 +25,7 @@ public:
     // What a new record left in the editor becomes when the edit is cancelled.
     enum class CancelRule {
         KeepCreating, // the flag stays set: the next commit adds whatever record is then in the editor
+        DropNew,      // the flag is cleared: the new record is dropped
         RemoveNew,    // the new record is taken out of the list again
     };
     // What differs between managers in the shared cycle.
@@ -47,11 +48,15 @@ public:
     bool isCreating() const { return m_creating; }
     bool isEditorShown() const { return m_editorShown; }
     bool isWindowConnected() const { return m_windowConnected; }
+    // Another editor hands over a record that is still new.
+    void setCreating(bool creating) { m_creating = creating; }
 
     // A new record in the editor. Refused while read-only.
     void create(QObject *sender) override;
     // The selected visible record in the editor; nothing without a selection.
     void edit(QObject *sender) override;
+    // The record, one of the list's, in the editor.
+    virtual void editRecord(dataObject *record);
     // The delete key: nothing without a selection; else asks, removes the
     // record on OK, and raises the change flag either way.
     void deleteKey(QObject *sender) override;
@@ -71,6 +76,10 @@ public:
     void disconnectWindow(QObject *sender);
     // Fills the editor from a record of the manager's kind; anything else is ignored.
     void setItem(dataObject *record);
+
+    // The list the edited records belong to: the manager's own, unless its
+    // editor works on another manager's records.
+    virtual lwDataSource *recordList() { return this; }
 
 Q_SIGNALS:
     void editorShown();
@@ -93,6 +102,7 @@ protected:
     void beginCreating(std::shared_ptr<dataObject> record);
     void showEditor();
     void hideEditor();
+    void setCurrentRecord(std::shared_ptr<dataObject> record) { m_current = std::move(record); }
 
 private:
     Rules m_rules;

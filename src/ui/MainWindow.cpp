@@ -126,8 +126,16 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
     QAbstractItemView *view = nullptr;
     if (outline) {
         auto *tree = new lwOutlineView;
-        tree->setRootIsDecorated(false);
         tree->setModel(source);
+        // Double-click edits; only the arrow opens a company.
+        tree->setExpandsOnDoubleClick(false);
+        if (ContactManager *contacts = m_ledgerwick->getContactManager(); source == contacts) {
+            // The outline's own export follows what is shown.
+            connect(tree, &QTreeView::expanded, contacts,
+                    [contacts](const QModelIndex &index) { contacts->setExpanded(contacts->contactAt(index), true); });
+            connect(tree, &QTreeView::collapsed, contacts,
+                    [contacts](const QModelIndex &index) { contacts->setExpanded(contacts->contactAt(index), false); });
+        }
         for (int i = 0; i < columns.size(); ++i)
             tree->setColumnWidth(i, columns.at(i).width);
         connect(tree->header(), &QHeaderView::sectionClicked, this, [source, tree](int section) {
@@ -204,7 +212,7 @@ QAction *MainWindow::toolbarItem(const QString &identifier)
     if (id == QLatin1String("contactItemIdentifier"))
         connect(action, &QAction::triggered, this, [l] { l->getContactManager()->create(l); });
     else if (id == QLatin1String("companyItemIdentifier"))
-        connect(action, &QAction::triggered, this, &MainWindow::companyRequested);
+        connect(action, &QAction::triggered, this, [l] { l->getCompanyEditor()->create(l); });
     else if (id == QLatin1String("printItemIdentifier"))
         connect(action, &QAction::triggered, this, &MainWindow::printMenuItem);
     else if (id == QLatin1String("orderItemIdentifier"))
@@ -332,6 +340,7 @@ void MainWindow::addListHeader(const lwDataSource *source, QWidget *header)
         if (m_tabs->widget(i) != view)
             continue;
         const QString title = m_tabs->tabText(i);
+        const bool wasCurrent = m_tabs->currentIndex() == i;
         auto *page = new QWidget;
         page->setObjectName(view->objectName() + QStringLiteral("Page"));
         page->setProperty("tabIdentifier", view->property("tabIdentifier"));
@@ -343,6 +352,8 @@ void MainWindow::addListHeader(const lwDataSource *source, QWidget *header)
         layout->addWidget(view, 1);
         view->show(); // taken out of the tab's stack, it was left hidden
         m_tabs->insertTab(i, page, title);
+        if (wasCurrent)
+            m_tabs->setCurrentIndex(i);
         return;
     }
 }

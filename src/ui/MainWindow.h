@@ -61,8 +61,6 @@ Q_SIGNALS:
     // The checkout is asked for, with the selected order or none for a new sale.
     void checkoutRequested(dataObject *order);
     void preferencesRequested();
-    // "New Company": the company editor's create.
-    void companyRequested();
     void notepadRequested();
     void helpRequested();
 

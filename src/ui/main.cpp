@@ -1,7 +1,11 @@
 #include "app/Ledgerwick.h"
 #include "prefs/PrefsController.h"
 #include "products/ItemManager.h"
+#include "ui/CompanyContactEditorWindow.h"
+#include "ui/CompanyEditorWindow.h"
+#include "ui/ContactEditor.h"
 #include "ui/ItemEditor.h"
+#include "ui/lwListControls.h"
 #include "ui/ItemListControls.h"
 #include "ui/PickerWindow.h"
 #include "ui/MainWindow.h"
@@ -11,6 +15,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QSettings>
 
 int main(int argc, char *argv[])
 {
@@ -31,6 +36,22 @@ int main(int argc, char *argv[])
     window.addListHeader(items, new ItemListControls(items));
     ItemEditor itemEditor(items, &window);
     PickerWindow picker(ledgerwick.getPicker(), &window);
+
+    ContactManager *contacts = ledgerwick.getContactManager();
+    window.addListHeader(contacts, new lwListControls(contacts, contacts->editorState().searchText,
+                                                      contacts->editorState().filter,
+                                                      lwTr("Search names, addresses, numbers, comments")));
+    ContactEditor contactEditor(contacts, &window);
+    CompanyEditorWindow companyWindow(ledgerwick.getCompanyEditor(), contacts, &window);
+    CompanyContactEditorWindow companyContactWindow(ledgerwick.getCompanyContactEditor(), &window);
+    // A contact turned into a company or a company contact opens its new
+    // editor where the old one stood.
+    QObject::connect(contacts, &ContactManager::handedOver, &window, [&](lwEditorManagerBase *editor) {
+        QSettings().setValue(QStringLiteral("ContactWindows"), contactEditor.saveGeometry());
+        QWidget *next = editor == ledgerwick.getCompanyEditor() ? static_cast<QWidget *>(&companyWindow)
+                                                               : static_cast<QWidget *>(&companyContactWindow);
+        next->restoreGeometry(QSettings().value(QStringLiteral("ContactWindows")).toByteArray());
+    });
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();

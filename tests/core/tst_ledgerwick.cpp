@@ -56,11 +56,13 @@ void TestLedgerwick::contactLookups()
     QCOMPARE(ledgerwick.getContactIdForName(QStringLiteral("Nobody Else")), QStringLiteral("0"));
 
     QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("-1"));
+    // The contact open in an editor, not merely selected.
     auto *contacts = ledgerwick.getContactManager();
-    contacts->setColumns({{QStringLiteral("name"), QStringLiteral("Name"), 100}});
     QItemSelectionModel selection(contacts);
     contacts->setTableSelection(&selection);
-    selection.select(contacts->index(1, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selection.setCurrentIndex(contacts->indexOf(bob.get()), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("-1"));
+    contacts->edit(nullptr);
     QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("2"));
 }
 
