@@ -243,6 +243,12 @@ void ContactManager::createForCurrentOrder(QObject *)
     showEditor();
 }
 
+void ContactManager::cancel(QObject *sender)
+{
+    m_creatingForOrder = 0;
+    lwEditorManager::cancel(sender);
+}
+
 void ContactManager::edit(QObject *)
 {
     auto *contact = static_cast<Contact *>(getSelectedItem());
@@ -548,6 +554,11 @@ QModelIndex ContactManager::parent(const QModelIndex &child) const
     // A person is under the visible company of their company id.
     const auto *company = static_cast<const Contact *>(getItemById(contact->getCompany()));
     return company && company->getKind() == kCompany ? indexOf(company) : QModelIndex();
+}
+
+QModelIndex ContactManager::sibling(int row, int column, const QModelIndex &index) const
+{
+    return this->index(row, column, parent(index));
 }
 
 int ContactManager::rowCount(const QModelIndex &parent) const

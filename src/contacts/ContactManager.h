@@ -68,6 +68,8 @@ public:
     // As create, without the read-only check, for the order on screen: the
     // commit links the new contact to it.
     void createForCurrentOrder(QObject *sender);
+    // Drops the edit; a new contact for an order links to nothing.
+    void cancel(QObject *sender) override;
     // The selected outline row's contact, to its editor.
     void edit(QObject *sender) override;
     // Companies to the company editor, company contacts to theirs, anyone
@@ -124,6 +126,7 @@ public:
     // QAbstractItemModel: a two-level outline.
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex parent(const QModelIndex &child) const override;
+    QModelIndex sibling(int row, int column, const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;

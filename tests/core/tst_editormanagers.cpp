@@ -1,5 +1,6 @@
 // One contract for every manager with an editor: each row is a manager with
 // its texts and quirks; a new manager adds a row here.
+#include "contacts/ContactManager.h"
 #include "core/lwEditorManager.h"
 #include "support/AppFixture.h"
 #include "support/LogCapture.h"
@@ -38,6 +39,13 @@ const std::vector<ManagerRow> &rows()
          },
          u"Delete Item | Do you want to delete the selected item from the database? | OK, Cancel"_s,
          u"itemmanager windowWillClose:"_s, true, u"items.xml"_s},
+        {"contacts", [](Ledgerwick &l) -> lwEditorManagerBase * { return l.getContactManager(); },
+         [](AppFixture &app) {
+             for (const char *name : {"Ann", "Bea", "Cy"})
+                 app.addContact(QString::fromLatin1(name));
+         },
+         u"Delete contact | Do you want to delete the selected item from the database? | OK, Cancel"_s,
+         u"contactmanager windowWillClose:"_s, false, u"contacts.xml"_s},
     };
     return table;
 }
