@@ -3,11 +3,16 @@
 #include "contacts/Contact.h"
 #include "products/Item.h"
 
+#include <QSettings>
+
 AppFixture::AppFixture() : m_oldHome(qgetenv("HOME"))
 {
-    // The settings live in the temporary home too, wherever the desktop keeps them.
+    // Qt finds the settings folder once per process, so one temporary folder
+    // serves every fixture of a test run; each fixture starts it empty.
+    static QTemporaryDir settingsHome;
+    qputenv("XDG_CONFIG_HOME", settingsHome.path().toLocal8Bit());
+    QSettings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick")).clear();
     qputenv("HOME", m_home.path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", home(QStringLiteral(".config")).toLocal8Bit());
     ledgerwick = std::make_unique<Ledgerwick>(&platform);
     ledgerwick->setDatabaseLocation(home(QStringLiteral("db.lwkdb")));
 }
