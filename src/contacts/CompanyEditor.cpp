@@ -70,21 +70,9 @@ void CompanyEditor::finish(QObject *)
 
 void CompanyEditor::fillState(const Contact &company)
 {
-    ContactEditorState &s = m_state;
-    s.title.selectTitle(company.getTitle());
-    s.comments = company.getComments();
-    s.name = company.getName();
-    s.add1 = company.getAdd1();
-    s.add2 = company.getAdd2();
-    s.add3 = company.getAdd3();
-    s.postcode = company.getPostcode();
-    s.email = company.getEmail();
-    s.fax = company.getFax();
-    s.mobile = company.getMobile();
-    s.phone = company.getPhone();
-    s.type.entries = typeEntries();
-    s.type.selectTitle(company.getType());
-    s.website = company.getWebsite();
+    m_state.type.entries = typeEntries();
+    m_state.showContact(company);
+    m_state.website = company.getWebsite();
 }
 
 void CompanyEditor::copyState(Contact &company)

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class Contact;
+
 // What the controls of a contact editor hold: the main contact editor, the
 // company editor and the company contact editor each use the fields their
 // window shows. The contact manager's also holds the contacts list's search
@@ -26,6 +28,10 @@ struct ContactEditorState
     QString website;
     PopUp type;
     QString comments; // multi-line
+
+    // Shows the fields the contact and company editors share: title, name,
+    // comments, address, post code, e-mail, fax, mobile, phone and the type.
+    void showContact(const Contact &contact);
 
     // --- the contacts list ----------------------------------------------------
     QString searchText;

@@ -191,22 +191,26 @@ Contact *ContactManager::createAndAddDataObject()
     return contact.get();
 }
 
+void ContactEditorState::showContact(const Contact &contact)
+{
+    title.selectTitle(contact.getTitle());
+    comments = contact.getComments();
+    name = contact.getName();
+    add1 = contact.getAdd1();
+    add2 = contact.getAdd2();
+    add3 = contact.getAdd3();
+    postcode = contact.getPostcode();
+    email = contact.getEmail();
+    fax = contact.getFax();
+    mobile = contact.getMobile();
+    phone = contact.getPhone();
+    type.selectTitle(contact.getType());
+}
+
 void ContactManager::fillState(const Contact &contact)
 {
-    ContactEditorState &s = m_state;
-    s.title.selectTitle(contact.getTitle());
-    s.comments = contact.getComments();
-    s.name = contact.getName();
-    s.add1 = contact.getAdd1();
-    s.add2 = contact.getAdd2();
-    s.add3 = contact.getAdd3();
-    s.postcode = contact.getPostcode();
-    s.email = contact.getEmail();
-    s.fax = contact.getFax();
-    s.mobile = contact.getMobile();
-    s.phone = contact.getPhone();
     // The website field is shown but deliberately neither filled nor stored here.
-    s.type.selectTitle(contact.getType());
+    m_state.showContact(contact);
 }
 
 void ContactManager::copyState(Contact &contact)

@@ -171,11 +171,7 @@ void lwDataSource::swop(const dataObject *a, const dataObject *b)
 void lwDataSource::applyOrder(const std::vector<qsizetype> &order)
 {
     // Views keep their selection: persistent indexes follow their records.
-    const bool plainRows = rowsAreVisibleRecords();
-    if (!plainRows) {
-        // Rows that are not the visible records (an outline) cannot follow
-        // their records through a layout change: the views start afresh.
-        beginResetModel();
+    auto reorder = [&] {
         std::vector<std::shared_ptr<dataObject>> reordered;
         reordered.reserve(m_collection.size());
         for (qsizetype from : order)
@@ -183,6 +179,13 @@ void lwDataSource::applyOrder(const std::vector<qsizetype> &order)
         m_collection = std::move(reordered);
         ++m_changes;
         invalidateIndexes();
+    };
+    const bool plainRows = rowsAreVisibleRecords();
+    if (!plainRows) {
+        // Rows that are not the visible records (an outline) cannot follow
+        // their records through a layout change: the views start afresh.
+        beginResetModel();
+        reorder();
         endResetModel();
         return;
     }
@@ -193,13 +196,7 @@ void lwDataSource::applyOrder(const std::vector<qsizetype> &order)
     for (const QModelIndex &index : persistent)
         persistentRecords.push_back(plainRows ? getnthVisibleItem(index.row()) : nullptr);
 
-    std::vector<std::shared_ptr<dataObject>> reordered;
-    reordered.reserve(m_collection.size());
-    for (qsizetype from : order)
-        reordered.push_back(std::move(m_collection[size_t(from)]));
-    m_collection = std::move(reordered);
-    ++m_changes;
-    invalidateIndexes();
+    reorder();
 
     if (plainRows && !persistent.isEmpty()) {
         QModelIndexList to;
