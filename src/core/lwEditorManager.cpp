@@ -53,9 +53,11 @@ void lwEditorManagerBase::edit(QObject *)
 void lwEditorManagerBase::editRecord(dataObject *record)
 {
     std::shared_ptr<dataObject> shared = recordList()->sharedRecord(record);
-    if (!shared || !loadEditor(*shared))
+    if (!shared || !accepts(*shared))
         return;
+    // Current before the editor is filled: what fills it may ask for it.
     m_current = std::move(shared);
+    loadEditor(*m_current);
     Q_EMIT editorStateChanged();
     showEditor();
 }
@@ -143,6 +145,8 @@ void lwEditorManagerBase::disconnectWindow(QObject *)
 
 void lwEditorManagerBase::setItem(dataObject *record)
 {
-    if (record && loadEditor(*record))
+    if (record && accepts(*record)) {
+        loadEditor(*record);
         Q_EMIT editorStateChanged();
+    }
 }

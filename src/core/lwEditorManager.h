@@ -91,8 +91,10 @@ protected:
     Platform *platform() const;
     // A brand-new record with its defaults (and, where the manager says so, its id).
     virtual std::shared_ptr<dataObject> makeNewRecord() = 0;
-    // Fills the state from the record; false when the record is not of the manager's kind.
-    virtual bool loadEditor(const dataObject &record) = 0;
+    // Whether the record is of the manager's kind.
+    virtual bool accepts(const dataObject &record) const = 0;
+    // Fills the state from a record of the manager's kind.
+    virtual void loadEditor(const dataObject &record) = 0;
     // Copies the state into the record in the editor.
     virtual void storeEditor(dataObject &record) = 0;
     // After the commit has hidden the editor, before the save.
@@ -129,14 +131,8 @@ protected:
     virtual void copyState(Record &record) = 0;
 
     std::shared_ptr<dataObject> makeNewRecord() override { return std::make_shared<Record>(); }
-    bool loadEditor(const dataObject &record) final
-    {
-        const auto *typed = dynamic_cast<const Record *>(&record);
-        if (!typed)
-            return false;
-        fillState(*typed);
-        return true;
-    }
+    bool accepts(const dataObject &record) const final { return dynamic_cast<const Record *>(&record); }
+    void loadEditor(const dataObject &record) final { fillState(static_cast<const Record &>(record)); }
     void storeEditor(dataObject &record) final { copyState(static_cast<Record &>(record)); }
 
     State m_state;
