@@ -68,10 +68,8 @@ class TestManual : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
-    void baseAddressIsTheManualFolder();
     void pageActionsOpenTheirPage_data();
     void pageActionsOpenTheirPage();
-    void installWritesEveryShippedFile();
     void changedOrMissingPagesAreRestoredOthersLeftAlone();
     void pageIsOpenedEvenWhenItCannotBeWritten();
     void pagesAreWellFormedAndTheirLinksResolve_data();
@@ -92,16 +90,6 @@ void TestManual::initTestCase()
     QVERIFY(QDir().mkpath(m_dataHome));
     qputenv("XDG_DATA_HOME", QFile::encodeName(m_dataHome));
     QVERIFY(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation).startsWith(m_dataHome));
-}
-
-void TestManual::baseAddressIsTheManualFolder()
-{
-    QCOMPARE(Manual::folder(),
-             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/manual/v5Pro"));
-    const QString base = Manual::baseAddress();
-    QVERIFY2(base.startsWith(QLatin1String("file:///")), qPrintable(base));
-    QVERIFY2(base.endsWith(QLatin1String("manual/v5Pro/")), qPrintable(base));
-    QCOMPARE(QUrl(base).toLocalFile(), Manual::folder() + QLatin1Char('/'));
 }
 
 void TestManual::pageActionsOpenTheirPage_data()
@@ -155,25 +143,6 @@ void TestManual::pageActionsOpenTheirPage()
     QCOMPARE(readAll(opened), readAll(QStringLiteral(":/manual/v5Pro/") + page));
     QVERIFY(Manual::pageNames().contains(page));
     QVERIFY(platform.alerts.isEmpty());
-}
-
-void TestManual::installWritesEveryShippedFile()
-{
-    QDir(Manual::folder()).removeRecursively();
-    QVERIFY(Manual::installPages());
-
-    QStringList expected = Manual::pageNames();
-    expected << QStringLiteral("manual.css");
-    expected.sort();
-    QStringList shipped = QDir(QStringLiteral(":/manual/v5Pro")).entryList(QDir::Files, QDir::Name);
-    QCOMPARE(shipped, expected);
-    QStringList written = QDir(Manual::folder()).entryList(QDir::Files, QDir::Name);
-    QCOMPARE(written, expected);
-    for (const QString &name : std::as_const(expected)) {
-        const QByteArray original = readAll(QStringLiteral(":/manual/v5Pro/") + name);
-        QVERIFY2(original.size() > 200, qPrintable(name));
-        QCOMPARE(readAll(Manual::folder() + QLatin1Char('/') + name), original);
-    }
 }
 
 void TestManual::changedOrMissingPagesAreRestoredOthersLeftAlone()
