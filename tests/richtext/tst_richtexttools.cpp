@@ -1,3 +1,4 @@
+#include "DocumentSnapshot.h"
 #include "richtext/RichTextTools.h"
 #include "richtext/RtfReader.h"
 
@@ -14,20 +15,6 @@
 namespace {
 
 const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
-
-QTextCharFormat formatAt(const QTextDocument &document, const QString &text)
-{
-    const QTextCursor found = document.find(text, 0, QTextDocument::FindCaseSensitively);
-    QTextCursor cursor(found);
-    cursor.setPosition(found.selectionStart() + 1);
-    return cursor.charFormat();
-}
-
-QTextTable *firstTable(const QTextDocument &document)
-{
-    const QList<QTextFrame *> frames = document.rootFrame()->childFrames();
-    return frames.isEmpty() ? nullptr : qobject_cast<QTextTable *>(frames.first());
-}
 
 // A table of the given column width with many rows, after a title.
 void fillTable(QTextDocument *document, qreal columnWidth, int rows)
@@ -135,11 +122,11 @@ void TestRichTextTools::replaceAllKeepsFormat()
     QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<name>"), QStringLiteral("Alice")), 2);
     QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<company>"), QStringLiteral("Acme")), 1);
     QCOMPARE(document.toPlainText(), QStringLiteral("Dear Alice, from Acme Alice."));
-    const QTextCharFormat name = formatAt(document, QStringLiteral("Alice"));
+    const QTextCharFormat name = DocumentSnapshot::formatOf(document, QStringLiteral("Alice"));
     QCOMPARE(name.fontWeight(), int(QFont::Bold));
     QCOMPARE(name.foreground().color(), QColor(Qt::red));
-    QVERIFY(formatAt(document, QStringLiteral("Acme")).fontItalic());
-    QVERIFY(!formatAt(document, QStringLiteral(" Alice.")).fontItalic());
+    QVERIFY(DocumentSnapshot::formatOf(document, QStringLiteral("Acme")).fontItalic());
+    QVERIFY(!DocumentSnapshot::formatOf(document, QStringLiteral(" Alice.")).fontItalic());
     const QTextCursor second = document.find(QStringLiteral("Alice"), 10);
     QTextCursor inSecond(second);
     inSecond.setPosition(second.selectionStart() + 1);
@@ -152,7 +139,7 @@ void TestRichTextTools::replaceInsideTable()
     QVERIFY(RtfReader().readFile(kData + QStringLiteral("cocoa.rtf"), &document));
     QVERIFY(RichTextTools::replaceAll(&document, QStringLiteral("Widget"), QStringLiteral("Sprocket, large")) == 1);
     QCOMPARE(RichTextTools::replaceAll(&document, QStringLiteral("<total>"), QStringLiteral("€15.50")), 2);
-    QCOMPARE(firstTable(document)->cellAt(1, 0).firstCursorPosition().block().text(),
+    QCOMPARE(DocumentSnapshot::firstTable(document)->cellAt(1, 0).firstCursorPosition().block().text(),
              QStringLiteral("Sprocket, large"));
     QVERIFY(document.toPlainText().contains(QStringLiteral("Total due: €15.50")));
     QVERIFY(!document.toPlainText().contains(QStringLiteral("<total>")));
@@ -166,10 +153,10 @@ void TestRichTextTools::insertHtmlAtFirstOccurrence()
         &document, QStringLiteral("<itemsordered>"),
         QStringLiteral(
             "<table border=\"1\"><tr><th>Item</th><th>Price</th></tr><tr><td>Bolt</td><td>0.10</td></tr></table>")));
-    QTextTable *table = firstTable(document);
+    QTextTable *table = DocumentSnapshot::firstTable(document);
     QVERIFY(table);
     QCOMPARE(table->cellAt(1, 0).firstCursorPosition().block().text(), QStringLiteral("Bolt"));
-    QVERIFY(formatAt(document, QStringLiteral("Price")).fontWeight() >= QFont::DemiBold);
+    QVERIFY(DocumentSnapshot::formatOf(document, QStringLiteral("Price")).fontWeight() >= QFont::DemiBold);
     // Only the first placeholder: the second stays in the text.
     const QString text = document.toPlainText();
     QCOMPARE(text.count(QStringLiteral("<itemsordered>")), 1);
