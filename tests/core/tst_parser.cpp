@@ -69,7 +69,6 @@ private Q_SLOTS:
     void valueLimit_data();
     void valueLimit();
 
-
     void file_data();
     void file();
 
@@ -288,7 +287,7 @@ void tst_Parser::valueLimit()
 
 void tst_Parser::file_data()
 {
-    QTest::addColumn<QString>("name"); // "~/" is the home folder
+    QTest::addColumn<QString>("name");     // "~/" is the home folder
     QTest::addColumn<QByteArray>("bytes"); // null: no file
     QTest::addColumn<QStringList>("expected");
 

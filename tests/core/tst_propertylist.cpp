@@ -90,14 +90,14 @@ void TestPropertyList::writesThePlatformsForm()
 void TestPropertyList::roundTripsAnyText()
 {
     const QStringList values{QStringLiteral(""),
-                            QStringLiteral("&amp; literally"),
-                            QStringLiteral("a\r\nb\rc\nd"),
-                            QStringLiteral("\ttabbed\t"),
-                            QStringLiteral("  spaced  "),
-                            QStringLiteral("]]> <![CDATA["),
-                            QString::fromUtf8("Zoë Ångström – 東京 😀"),
-                            QStringLiteral("<string>x</string>"),
-                            QStringLiteral("'\"quotes\"'")};
+                             QStringLiteral("&amp; literally"),
+                             QStringLiteral("a\r\nb\rc\nd"),
+                             QStringLiteral("\ttabbed\t"),
+                             QStringLiteral("  spaced  "),
+                             QStringLiteral("]]> <![CDATA["),
+                             QString::fromUtf8("Zoë Ångström – 東京 😀"),
+                             QStringLiteral("<string>x</string>"),
+                             QStringLiteral("'\"quotes\"'")};
     PropertyListWriter writer("orders");
     for (const QString &value : values) {
         writer.beginRecord();
@@ -152,6 +152,10 @@ void TestPropertyList::readsWhatOtherWritersProduce_data()
         << wrap("<dict><key>version</key><string>2</string><key>meta</key><dict><key>a</key><string>b</string></dict>"
                 "<key>contacts</key><array><dict><key>id</key><string>3</string></dict></array></dict>")
         << "id=3";
+    QTest::addRow("empty collection") << wrap("<dict><key>contacts</key><array/></dict>") << "";
+    QTest::addRow("no plist element")
+        << QByteArray("<dict><key>contacts</key><array><dict><key>id</key><string>5</string></dict></array></dict>")
+        << "id=5";
     QTest::addRow("array elements that are not records")
         << wrap("<dict><key>contacts</key><array><string>x</string><dict><key>id</key><string>6</string></dict></"
                 "array></dict>")
@@ -186,6 +190,8 @@ void TestPropertyList::refusesDamagedFiles_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::addRow("empty") << QByteArray();
+    QTest::addRow("not xml") << QByteArray("hello");
+    QTest::addRow("unterminated comment") << QByteArray("<!-- forever <plist>");
     QTest::addRow("root is an array") << wrap("<array><dict/></array>");
     QTest::addRow("collection key missing") << wrap("<dict><key>orders</key><array/></dict>");
     QTest::addRow("collection is not an array") << wrap("<dict><key>contacts</key><string>x</string></dict>");
@@ -195,6 +201,8 @@ void TestPropertyList::refusesDamagedFiles_data()
         "<dict><key>contacts</key><array><dict><key>id</key><string>1</key></dict></array></dict>");
     QTest::addRow("unknown entity") << wrap(
         "<dict><key>contacts</key><array><dict><key>id</key><string>&nbsp;</string></dict></array></dict>");
+    QTest::addRow("zero reference") << wrap(
+        "<dict><key>contacts</key><array><dict><key>id</key><string>&#0;</string></dict></array></dict>");
     QTest::addRow("key without value") << wrap(
         "<dict><key>contacts</key><array><dict><key>id</key></dict></array></dict>");
     QTest::addRow("element in a value") << wrap(

@@ -96,6 +96,7 @@ void tst_Item::writeByName()
         if (before.at(i) != after.at(i))
             actual << kReadNames.at(i);
     QCOMPARE(actual, changed);
+    QCOMPARE(item.getFieldByName(u"decreaseQty"_s), u""_s); // the file's mixed-case key is no item name
 }
 
 void tst_Item::quantityMethodIsRefusedByName()
@@ -198,6 +199,7 @@ void tst_Item::imageIsWrittenAsTiffAndReadBack()
     QCOMPARE(DatabasePaths::itemImageFile(12), folder + u"/12.tiff"_s);
     QCOMPARE(DatabasePaths::databaseLocation(), QFileInfo(folder).path());
     QCOMPARE(DatabasePaths::databaseLocation(u"~/db.lwkdb"_s), m_home.path() + u"/db.lwkdb"_s);
+    QCOMPARE(DatabasePaths::expandTilde(u"~"_s), m_home.path());
     QCOMPARE(DatabasePaths::expandTilde(u"~other/x"_s), u"~other/x"_s);
     Item item;
     item.setID(12);
