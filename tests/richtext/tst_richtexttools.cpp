@@ -54,7 +54,6 @@ private Q_SLOTS:
     void pdfOfFixtures_data();
     void pdfOfFixtures();
     void wideContentIsFittedToThePage();
-    void pdfToUnwritablePath();
 };
 
 void TestRichTextTools::replaceAll_data()
@@ -210,18 +209,6 @@ void TestRichTextTools::wideContentIsFittedToThePage()
     QVERIFY2(narrowPages >= 6, qPrintable(QString::number(narrowPages)));
     QVERIFY2(widePages * 2 < narrowPages, qPrintable(QStringLiteral("%1 vs %2").arg(widePages).arg(narrowPages)));
     QVERIFY(widePages >= 1);
-}
-
-void TestRichTextTools::pdfToUnwritablePath()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    QTextDocument document;
-    document.setPlainText(QStringLiteral("x"));
-    QString error;
-    const QString path = dir.filePath(QStringLiteral("missing/out.pdf"));
-    QVERIFY(!RichTextTools::writePdf(&document, path, &error));
-    QVERIFY(error.contains(path));
 }
 
 QTEST_MAIN(TestRichTextTools)

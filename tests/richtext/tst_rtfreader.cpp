@@ -74,10 +74,9 @@ private Q_SLOTS:
     void pictures();
     void rtfdAttachments();
     void attachmentOutsidePackageIsNotRead();
-    void cocoaFixture();
-    void libreOfficeFixture();
-    void word1251Fixture();
-    void shiftJisFixture();
+    void fixtures_data();
+    void fixtures();
+    void fixtureDetails();
     void notRtf_data();
     void notRtf();
     void damagedInput_data();
@@ -112,6 +111,9 @@ void TestRtfReader::text_data()
                                         << QStringLiteral("日!");
     QTest::addRow("fallback is a hex byte") << rtf("\\u8364\\'80x") << QStringLiteral("€x");
     QTest::addRow("a control word counts as a fallback") << rtf("\\u8364\\emdash x") << QStringLiteral("€x");
+    QTest::addRow("a control symbol counts as a fallback") << rtf("\\u233\\~x") << QStringLiteral("éx");
+    QTest::addRow("fonts outside groups")
+        << QByteArray("{\\rtf1\\ansi{\\fonttbl\\f0 Arial;\\f1\\fcharset204 Cyr;}\\f1 \\'cf}") << QStringLiteral("П");
     QTest::addRow("negative value") << rtf("\\u-4064 ?") << QString(QChar(0xF020));
     QTest::addRow("surrogate pair") << rtf("\\u-10179?\\u-8704?") << QStringLiteral("😀");
     QTest::addRow("lone surrogate dropped") << rtf("a\\u-10179?b") << QStringLiteral("ab");
@@ -419,104 +421,81 @@ void TestRtfReader::attachmentOutsidePackageIsNotRead()
     QCOMPARE(qAlpha(imageOf(document, formats[0]).pixel(0, 0)), 0);
 }
 
-void TestRtfReader::cocoaFixture()
+void TestRtfReader::fixtures_data()
 {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("expected");
+
+    QTest::addRow("cocoa") << "cocoa.rtf" << QString()
+                           << QStringLiteral("Ledgerwick Trading\n"
+                                             "Invoice\t<ordernumber>\t€<total>\n"
+                                             "Date:\t<date>\n"
+                                             "Thank you for your order, <contactname>. Café crème – naïve and old and "
+                                             "marked.\n"
+                                             "\n"
+                                             "<Item|Price/Widget|€12.50/Gadget[br](blue)|€3.00>\n"
+                                             "\n"
+                                             "Total due: <total>");
+    QTest::addRow("libreoffice") << "libreoffice.rtf" << QStringLiteral("Reminder")
+                                 << QStringLiteral("Reminder Заказ\n"
+                                                   "Dear <contactname>, your balance of €<balance> is due. “Quoted” "
+                                                   "and italic red—highlighted.\n"
+                                                   "Left\tCentre\t12.50\n"
+                                                   "Pay online or call.\n"
+                                                   "[img] Signed");
+    QTest::addRow("word 1251") << "word1251.rtf" << QStringLiteral("Счёт")
+                               << QStringLiteral("Счёт № <ordernumber>\n"
+                                                 "Customer: Петров Иван\n"
+                                                 "·\tТовар один\n"
+                                                 "<Товар|Кол-во|Сумма/Товар два\nи три|2|30,00/Итого 30,00>\n"
+                                                 "[img] [img]\n"
+                                                 "Подпись: ·");
+    QTest::addRow("shift-jis") << "shiftjis.rtf" << QStringLiteral("請求書")
+                               << QStringLiteral("請求書 <ordernumber>\nテスト テスト\nMixed: 日本€ end");
+}
+
+void TestRtfReader::fixtures()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, title);
+    QFETCH(QString, expected);
     QTextDocument document;
     RtfReader reader;
-    QVERIFY2(reader.readFile(kData + QStringLiteral("cocoa.rtf"), &document), qPrintable(reader.errorString()));
-    QCOMPARE(DocumentSnapshot::outline(document),
-             QStringLiteral("Ledgerwick Trading\n"
-                            "Invoice\t<ordernumber>\t€<total>\n"
-                            "Date:\t<date>\n"
-                            "Thank you for your order, <contactname>. Café crème – naïve and old and marked.\n"
-                            "\n"
-                            "<Item|Price/Widget|€12.50/Gadget[br](blue)|€3.00>\n"
-                            "\n"
-                            "Total due: <total>"));
+    QVERIFY2(reader.readFile(kData + name, &document), qPrintable(reader.errorString()));
+    QCOMPARE(DocumentSnapshot::outline(document), expected);
+    QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), title);
+}
 
-    const QTextCharFormat title = DocumentSnapshot::formatOf(document, QStringLiteral("Ledgerwick"));
-    QCOMPARE(title.fontPointSize(), 18.0);
-    QCOMPARE(title.foreground().color(), QColor(204, 0, 0));
-    QCOMPARE(horizontal(document.firstBlock().blockFormat()), Qt::Alignment(Qt::AlignHCenter));
-
-    const QTextBlock invoice = document.findBlockByNumber(1);
-    const QList<QTextOption::Tab> tabs = invoice.blockFormat().tabPositions();
+void TestRtfReader::fixtureDetails()
+{
+    QTextDocument cocoa;
+    QVERIFY(RtfReader().readFile(kData + QStringLiteral("cocoa.rtf"), &cocoa));
+    const QList<QTextOption::Tab> tabs = cocoa.findBlockByNumber(1).blockFormat().tabPositions();
     QCOMPARE(tabs.size(), 3);
     QCOMPARE(tabs[2].type, QTextOption::RightTab);
     QCOMPARE(tabs[2].position, 8504 / 15.0);
+    QCOMPARE(horizontal(DocumentSnapshot::firstTable(cocoa)->cellAt(0, 1).firstCursorPosition().blockFormat()),
+             Qt::Alignment(Qt::AlignRight));
 
-    QTextTable *table = DocumentSnapshot::firstTable(document);
-    QVERIFY(table);
-    QCOMPARE(horizontal(table->cellAt(0, 1).firstCursorPosition().blockFormat()), Qt::Alignment(Qt::AlignRight));
-    QVERIFY(table->format().border() > 0);
-}
-
-void TestRtfReader::libreOfficeFixture()
-{
-    QTextDocument document;
-    QVERIFY(RtfReader().readFile(kData + QStringLiteral("libreoffice.rtf"), &document));
-    QCOMPARE(
-        DocumentSnapshot::outline(document),
-        QStringLiteral("Reminder Заказ\n"
-                       "Dear <contactname>, your balance of €<balance> is due. “Quoted” and italic red—highlighted.\n"
-                       "Left\tCentre\t12.50\n"
-                       "Pay online or call.\n"
-                       "[img] Signed"));
-    QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), QStringLiteral("Reminder"));
-    const QTextBlockFormat tabbed = document.findBlockByNumber(2).blockFormat();
-    QCOMPARE(tabbed.leftMargin(), 567 / 15.0);
-    QCOMPARE(tabbed.tabPositions().size(), 3);
-
-    const QTextCharFormat link = DocumentSnapshot::formatOf(document, QStringLiteral("Pay online"));
-    QCOMPARE(link.anchorHref(), QStringLiteral("https://example.com/pay?id=7"));
-
-    const QList<QTextImageFormat> formats = images(document);
-    QCOMPARE(formats.size(), 1);
-    QCOMPARE(formats[0].width(), 30.0);
-    const QImage logo = imageOf(document, formats[0]);
-    QCOMPARE(logo.size(), QSize(2, 2));
-    QCOMPARE(QColor(logo.pixel(0, 0)), QColor(0, 128, 0));
-}
-
-void TestRtfReader::word1251Fixture()
-{
-    QTextDocument document;
-    QVERIFY(RtfReader().readFile(kData + QStringLiteral("word1251.rtf"), &document));
-    QCOMPARE(DocumentSnapshot::outline(document),
-             QStringLiteral("Счёт № <ordernumber>\n"
-                            "Customer: Петров Иван\n"
-                            "·\tТовар один\n"
-                            "<Товар|Кол-во|Сумма/Товар два\nи три|2|30,00/Итого 30,00>\n"
-                            "[img] [img]\n"
-                            "Подпись: ·"));
-    QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), QStringLiteral("Счёт"));
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("Счёт")).foreground().color(), QColor(255, 0, 0));
-
-    QTextTable *table = DocumentSnapshot::firstTable(document);
+    QTextDocument word;
+    QVERIFY(RtfReader().readFile(kData + QStringLiteral("word1251.rtf"), &word));
+    QTextTable *table = DocumentSnapshot::firstTable(word);
     QVERIFY(table);
     QCOMPARE(table->cellAt(1, 0).rowSpan(), 2);
     QCOMPARE(table->cellAt(2, 1).columnSpan(), 2);
-    QCOMPARE(horizontal(table->cellAt(1, 2).firstCursorPosition().blockFormat()), Qt::Alignment(Qt::AlignRight));
-
-    const QList<QTextImageFormat> formats = images(document);
+    const QList<QTextImageFormat> formats = images(word);
     QCOMPARE(formats.size(), 2);
     // The JPEG of \shppict, not the metafile of \nonshppict.
     QCOMPARE(formats[0].width(), 16.0);
-    QCOMPARE(formats[0].height(), 8.0);
-    const QImage photo = imageOf(document, formats[0]);
+    const QImage photo = imageOf(word, formats[0]);
     QCOMPARE(photo.size(), QSize(16, 8));
     QVERIFY(qBlue(photo.pixel(8, 4)) > 150 && qRed(photo.pixel(8, 4)) < 80);
-    QCOMPARE(formats[1].width(), 96.0);
-}
 
-void TestRtfReader::shiftJisFixture()
-{
-    QTextDocument document;
-    QVERIFY(RtfReader().readFile(kData + QStringLiteral("shiftjis.rtf"), &document));
-    QCOMPARE(blockText(document), QStringLiteral("請求書 <ordernumber>\nテスト テスト\nMixed: 日本€ end"));
-    QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), QStringLiteral("請求書"));
-    // The font's own name is in its charset too.
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("請求書")).fontFamilies().toStringList(),
+    // A font's own name is in its charset too.
+    QTextDocument japanese;
+    QVERIFY(RtfReader().readFile(kData + QStringLiteral("shiftjis.rtf"), &japanese));
+    QCOMPARE(DocumentSnapshot::formatOf(japanese, QStringLiteral("請求書")).fontFamilies().toStringList(),
              QStringList{QStringLiteral("ＭＳ 明朝")});
 }
 

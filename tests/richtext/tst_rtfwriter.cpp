@@ -197,7 +197,6 @@ private Q_SLOTS:
     void roundTrip();
     void richDocumentSnapshot();
     void escapes();
-    void emptyDocument();
     void htmlDocument();
     void packageFiles();
     void packageKeepsFilesThatAreNoPictures();
@@ -287,15 +286,6 @@ void TestRtfWriter::escapes()
     QTextCursor(&document).insertText(QStringLiteral("é П 😀 {x} a\\b €"));
     const QByteArray rtf = RtfWriter().toRtf(&document);
     QVERIFY(rtf.contains("\\'e9 \\u1055? \\u-10179?\\u-8704? \\{x\\} a\\\\b \\'80"));
-}
-
-void TestRtfWriter::emptyDocument()
-{
-    QTextDocument empty;
-    const auto copy = readBack(RtfWriter().toRtf(&empty));
-    QVERIFY(copy);
-    QCOMPARE(copy->blockCount(), 1);
-    QVERIFY(copy->isEmpty());
 }
 
 void TestRtfWriter::htmlDocument()
