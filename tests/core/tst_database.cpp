@@ -64,7 +64,6 @@ private Q_SLOTS:
     void materialIdsCountOnFromTheNumberLoaded();
     void hiddenRecordsAndAnyTextSurvive();
     void damagedFilesAreKeptAside();
-    void checkingNeverWrites();
     void largeFilesAreBuiltInStretches();
 
 private:
@@ -321,17 +320,6 @@ void TestDatabase::damagedFilesAreKeptAside()
     // Only once: the next save just writes.
     QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
     QCOMPARE(QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files).size(), 1);
-}
-
-void TestDatabase::checkingNeverWrites()
-{
-    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
-    ledgerwick.readDatabase(false);
-    QVERIFY(!ledgerwick.isReadOnly());
-    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
-    QCOMPARE(ledgerwick.getOrderManager()->getCount(), 2);
 }
 
 void TestDatabase::largeFilesAreBuiltInStretches()

@@ -60,7 +60,6 @@ private Q_SLOTS:
     void decodesByByteOrderMark();
     void panelAndContext();
     void itemRefusesQuantityMethod();
-    void itemImportFillsFields();
 
 private:
     QTemporaryDir m_home;
@@ -254,19 +253,6 @@ void TestImport::itemRefusesQuantityMethod()
     QCOMPARE(stopped->getFieldByName(QStringLiteral("quantitymethod")), QStringLiteral(""));
     QCOMPARE(stopped->getFieldByName(QStringLiteral("qty")), QStringLiteral(""));
     QCOMPARE(stopped->getFieldByName(QStringLiteral("comments")), QStringLiteral(""));
-}
-
-void TestImport::itemImportFillsFields()
-{
-    lwDataSource *items = m_ledgerwick->getItemManager();
-    QCOMPARE(items->importText(QStringLiteral("code\titem\tcomments\tdecreaseqty\tnosuchfield\r"
-                                              "A1\tWidget\tblue\tYES\tx\r")),
-             1);
-    const dataObject *item = items->getFirstItem();
-    QCOMPARE(item->getID(), 1);
-    QCOMPARE(item->getFieldByName(QStringLiteral("item")), QStringLiteral("Widget"));
-    QCOMPARE(item->getFieldByName(QStringLiteral("decreaseqty")), QStringLiteral("YES"));
-    QCOMPARE(item->getFieldByName(QStringLiteral("description")), kImported + QStringLiteral("blue"));
 }
 
 QTEST_MAIN(TestImport)

@@ -18,10 +18,11 @@ QString nameOrNone(const QString &text)
     return text.isNull() ? u"(none)"_s : text;
 }
 
-// One line per item: "name=data [parent, grandparent]", " new" for a new record.
+// One line per item: "name=data [parent, grandparent]", " new" for a new record;
+// "(none)" for a null text, so that an empty value shows as such.
 QString describe(const DbItem &item)
 {
-    return item.getName() % u'=' % item.getData() % u" ["_s % nameOrNone(item.getParentName()) % u", "_s %
+    return item.getName() % u'=' % nameOrNone(item.getData()) % u" ["_s % nameOrNone(item.getParentName()) % u", "_s %
            nameOrNone(item.getGrandParentName()) % u']' % (item.isNewParent() ? u" new"_s : QString());
 }
 
@@ -60,7 +61,6 @@ class tst_Parser : public QObject
 private Q_SLOTS:
     void items_data();
     void items();
-    void emptyValueIsNotNull();
     void afterTheEndEveryCallIsNone_data();
     void afterTheEndEveryCallIsNone();
 
@@ -93,8 +93,6 @@ void tst_Parser::items_data()
     QTest::addRow("declaration as depth 1")
         << QByteArray("<?xml version=\"1.0\"?>\n<b><c><x>1</x></c><c><x>2</x></c></b>\n")
         << QStringList{u"x=1 [c, b] new"_s, u"x=2 [c, b] new"_s};
-    QTest::addRow("comment shifts depth")
-        << QByteArray("<!-- made by hand --><a><b><c><x>1</x></c></b></a>") << QStringList{u"c= [b, a] new"_s};
     // Declaration at depth 1, comment at depth 2 (so it is the grandparent).
     QTest::addRow("declaration and comment") << QByteArray("<?xml?>\n<!-- c --><a><b><c><x>1</x></c></b></a>")
                                              << QStringList{u"b= [a, !-- c --] new"_s, u"x=1 [a, !-- c --]"_s};
@@ -104,8 +102,6 @@ void tst_Parser::items_data()
                       "   <name>City</name>\n  </column>\n </set>\n</columns>\n")
         << QStringList{u"name=Surname [column, set] new"_s, u"width=120 [column, set]"_s,
                        u"name=City [column, set] new"_s};
-    QTest::addRow("outer names do not matter")
-        << QByteArray("<p><q><r><s>1</s></r></q></p>") << QStringList{u"s=1 [r, q] new"_s};
     QTest::addRow("text between tags skipped")
         << QByteArray("junk<a>junk<b> more <c>\n\t<x>1</x>\nstray\n</c></b></a>trailer")
         << QStringList{u"x=1 [c, b] new"_s};
@@ -116,7 +112,6 @@ void tst_Parser::items_data()
 
     QTest::addRow("escapes: single replacement")
         << record("<x>a &amp; b &amp; c</x>") << QStringList{u"x=a & b &amp; c [c, b] new"_s};
-    QTest::addRow("escapes: lt and gt") << record("<x>&lt;tag&gt;</x>") << QStringList{u"x=<tag> [c, b] new"_s};
     QTest::addRow("escapes: amp first") << record("<x>&amp;lt;</x>") << QStringList{u"x=< [c, b] new"_s};
     QTest::addRow("escapes: second lt kept")
         << record("<x>&lt;&lt;&gt;&gt;</x>") << QStringList{u"x=<&lt;>&gt; [c, b] new"_s};
@@ -126,7 +121,6 @@ void tst_Parser::items_data()
     QTest::addRow("trim CR and LF only") << record("<x>\r\n\n  hello \t\r\n\r</x>")
                                          << QStringList{u"x=  hello \t [c, b] new"_s};
     QTest::addRow("inner line breaks kept") << record("<x>\na\r\nb\n</x>") << QStringList{u"x=a\r\nb [c, b] new"_s};
-    QTest::addRow("only line breaks") << record("<x>\n\r\n</x>") << QStringList{u"x= [c, b] new"_s};
     QTest::addRow("empty leaf") << record("<x></x><y>2</y>") << QStringList{u"x= [c, b] new"_s, u"y=2 [c, b]"_s};
 
     // The self-closing leaf closes c; z then opens at depth 3 as a record.
@@ -147,7 +141,6 @@ void tst_Parser::items_data()
     QTest::addRow("truncated in a tag") << QByteArray("<a><b><c><x>1</x><y") << QStringList{u"x=1 [c, b] new"_s};
     // The closing tag's result is discarded, so the item still comes out.
     QTest::addRow("truncated in a closing tag") << QByteArray("<a><b><c><x>1</x") << QStringList{u"x=1 [c, b] new"_s};
-    QTest::addRow("truncated before leaves") << QByteArray("<a><b><c>") << QStringList();
     QTest::addRow("no tags at all") << QByteArray("plain text") << QStringList();
     QTest::addRow("stray closing tags") << QByteArray("</z></z><a><b><c><d><x>1</x></d></c></b></a>") << QStringList();
 }
@@ -157,19 +150,6 @@ void tst_Parser::items()
     QFETCH(QByteArray, input);
     QFETCH(QStringList, expected);
     QCOMPARE(walk(input), expected);
-}
-
-void tst_Parser::emptyValueIsNotNull()
-{
-    Parser parser;
-    parser.initWithData(record("<x></x><y>\r\n</y>"));
-    for (int i = 0; i < 2; ++i) {
-        const std::unique_ptr<DbItem> item = parser.getItem();
-        QVERIFY(item);
-        QVERIFY(!item->getData().isNull());
-        QVERIFY(item->getData().isEmpty());
-    }
-    QVERIFY(!parser.getItem());
 }
 
 void tst_Parser::afterTheEndEveryCallIsNone_data()
@@ -210,7 +190,6 @@ void tst_Parser::tagLimit_data()
     // The item is complete at its closing tag; the walk stops after it.
     QTest::addRow("closing tag of 33") << record("<x>1</" + n33 + "><y>2</y>") << QStringList{u"x=1 [c, b] new"_s}
                                        << true;
-    QTest::addRow("first tag of 33") << QByteArray("<" + n33 + ">") << QStringList() << true;
     // Slashes are not tag text: 32 bytes of text plus a slash is within the limit.
     QTest::addRow("self-closing 32 + slash")
         << record("<x>1</x><" + n32 + "/><y>2</y>") << QStringList{u"x=1 [c, b] new"_s} << false;
@@ -220,9 +199,6 @@ void tst_Parser::tagLimit_data()
     QTest::addRow("declaration with encoding")
         << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?><a><b><c><x>1</x></c></b></a>") << QStringList()
         << true;
-    QTest::addRow("declaration of 33") << QByteArray(
-                                              "<?xml version=\"1.0\" encoding=\"ab\"?><a><b><c><x>1</x></c></b></a>")
-                                       << QStringList() << true;
     // The limit counts bytes, not characters: 16 two-byte UTF-8 letters are 32 bytes.
     QTest::addRow("32 bytes of UTF-8") << record("<" + QByteArray("\xc3\xa9").repeated(16) + ">1</x>")
                                        << QStringList{u"\u00c3\u00a9"_s.repeated(16) + u"=1 [c, b] new"_s} << false;
@@ -250,10 +226,8 @@ void tst_Parser::valueLimit_data()
     QTest::addColumn<QByteArray>("value");
     QTest::addColumn<int>("expectedSize"); // -1: the walk stops at this value
 
-    QTest::addRow("9,999") << QByteArray(9999, 'v') << 9999;
     QTest::addRow("10,000") << QByteArray(10000, 'v') << 10000;
     QTest::addRow("10,001") << QByteArray(10001, 'v') << -1;
-    QTest::addRow("1,000,000") << QByteArray(1000000, 'v') << -1;
     // The limit applies to the bytes as stored, before trimming and unescaping.
     QTest::addRow("9,999 + LF") << QByteArray(9999, 'v') + '\n' << 9999;
     QTest::addRow("10,000 + LF") << QByteArray(10000, 'v') + '\n' << -1;
@@ -334,7 +308,6 @@ void tst_Parser::replaceSubstring_data()
 
     QTest::addRow("none") << u"&amp;"_s << u"&"_s << QString() << QString();
     QTest::addRow("two occurrences") << u"&amp;"_s << u"&"_s << u"a &amp; b &amp; c"_s << u"a & b &amp; c"_s;
-    QTest::addRow("at end") << u"b"_s << u"XYZ"_s << u"ab"_s << u"aXYZ"_s;
     QTest::addRow("empty target") << QString(u""_s) << u"X"_s << u"abc"_s << u"abc"_s;
     QTest::addRow("null replacement") << u"b"_s << QString() << u"abc"_s << u"ac"_s;
 }
