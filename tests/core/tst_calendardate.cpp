@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestCalendarDate : public QObject
 {
     Q_OBJECT
@@ -22,33 +24,23 @@ void TestCalendarDate::parses_data()
     QTest::addColumn<QString>("format");
     QTest::addColumn<QDateTime>("expected"); // invalid = no date
     const QDateTime none;
-    QTest::addRow("day first") << "15/01/07"
-                               << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
-    QTest::addRow("pivot 68") << "01/01/68"
-                              << "%d/%m/%y" << QDateTime(QDate(2068, 1, 1), QTime(0, 0));
-    QTest::addRow("pivot 69") << "01/01/69"
-                              << "%d/%m/%y" << QDateTime(QDate(1969, 1, 1), QTime(0, 0));
-    QTest::addRow("with time") << "31/12/08 23:59"
-                               << "%d/%m/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(23, 59));
-    QTest::addRow("us with time") << "12/31/08 07:05"
-                                  << "%m/%d/%y %H:%M" << QDateTime(QDate(2008, 12, 31), QTime(7, 5));
-    QTest::addRow("lock") << "2007-03-01 14:05:09 +0000"
-                          << "%Y-%m-%d %H:%M:%S %z" << QDateTime(QDate(2007, 3, 1), QTime(14, 5, 9));
-    QTest::addRow("trailing space") << "15/01/07 "
-                                    << "%d/%m/%y" << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
-    QTest::addRow("four-digit year, two-digit pattern") << "15/01/2007"
-                                                        << "%d/%m/%y" << none;
-    QTest::addRow("no such day") << "30/02/07"
-                                 << "%d/%m/%y" << none;
-    QTest::addRow("hour 24") << "01/01/07 24:00"
-                             << "%d/%m/%y %H:%M" << none;
-    QTest::addRow("missing time") << "01/01/07 "
-                                  << "%d/%m/%y %H:%M" << none;
-    QTest::addRow("trailing text") << "01/02/07x"
-                                   << "%d/%m/%y" << none;
-    QTest::addRow("arabic digits") << QString::fromUtf8("\u0661/02/07") << "%d/%m/%y" << none;
-    QTest::addRow("bad offset") << "2007-03-01 14:05:09 +00"
-                                << "%Y-%m-%d %H:%M:%S %z" << none;
+    QTest::addRow("day first") << u"15/01/07"_s << u"%d/%m/%y"_s << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("pivot 68") << u"01/01/68"_s << u"%d/%m/%y"_s << QDateTime(QDate(2068, 1, 1), QTime(0, 0));
+    QTest::addRow("pivot 69") << u"01/01/69"_s << u"%d/%m/%y"_s << QDateTime(QDate(1969, 1, 1), QTime(0, 0));
+    QTest::addRow("with time") << u"31/12/08 23:59"_s << u"%d/%m/%y %H:%M"_s
+                               << QDateTime(QDate(2008, 12, 31), QTime(23, 59));
+    QTest::addRow("us with time") << u"12/31/08 07:05"_s << u"%m/%d/%y %H:%M"_s
+                                  << QDateTime(QDate(2008, 12, 31), QTime(7, 5));
+    QTest::addRow("lock") << u"2007-03-01 14:05:09 +0000"_s << u"%Y-%m-%d %H:%M:%S %z"_s
+                          << QDateTime(QDate(2007, 3, 1), QTime(14, 5, 9));
+    QTest::addRow("trailing space") << u"15/01/07 "_s << u"%d/%m/%y"_s << QDateTime(QDate(2007, 1, 15), QTime(0, 0));
+    QTest::addRow("four-digit year, two-digit pattern") << u"15/01/2007"_s << u"%d/%m/%y"_s << none;
+    QTest::addRow("no such day") << u"30/02/07"_s << u"%d/%m/%y"_s << none;
+    QTest::addRow("hour 24") << u"01/01/07 24:00"_s << u"%d/%m/%y %H:%M"_s << none;
+    QTest::addRow("missing time") << u"01/01/07 "_s << u"%d/%m/%y %H:%M"_s << none;
+    QTest::addRow("trailing text") << u"01/02/07x"_s << u"%d/%m/%y"_s << none;
+    QTest::addRow("arabic digits") << QString::fromUtf8("\u0661/02/07") << u"%d/%m/%y"_s << none;
+    QTest::addRow("bad offset") << u"2007-03-01 14:05:09 +00"_s << u"%Y-%m-%d %H:%M:%S %z"_s << none;
 }
 
 void TestCalendarDate::parses()
@@ -68,16 +60,11 @@ void TestCalendarDate::formats_data()
 {
     QTest::addColumn<QString>("format");
     QTest::addColumn<QString>("expected");
-    QTest::addRow("day first") << "%d/%m/%y"
-                               << "05/03/09";
-    QTest::addRow("widths") << "%2m/%2d/%2Y"
-                            << "03/05/2009";
-    QTest::addRow("unpadded") << "%1d/%1m"
-                              << "5/3";
-    QTest::addRow("lock") << "%Y-%m-%d %H:%M:%S %z"
-                          << "2009-03-05 07:08:09 -0130";
-    QTest::addRow("percent and unknown") << "100%% %q"
-                                         << "100% %q";
+    QTest::addRow("day first") << u"%d/%m/%y"_s << u"05/03/09"_s;
+    QTest::addRow("widths") << u"%2m/%2d/%2Y"_s << u"03/05/2009"_s;
+    QTest::addRow("unpadded") << u"%1d/%1m"_s << u"5/3"_s;
+    QTest::addRow("lock") << u"%Y-%m-%d %H:%M:%S %z"_s << u"2009-03-05 07:08:09 -0130"_s;
+    QTest::addRow("percent and unknown") << u"100%% %q"_s << u"100% %q"_s;
 }
 
 void TestCalendarDate::formats()

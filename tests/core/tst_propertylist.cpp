@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Records = QList<QList<QPair<QString, QString>>>;
@@ -123,10 +125,10 @@ void TestPropertyList::readsWhatOtherWritersProduce_data()
     QTest::addRow("other indentation and key order")
         << wrap("\n  <dict><key>contacts</key>\n<array>\n  <dict>\n    <key>name</key> <string>Ann</string>\n"
                 "    <key>id</key><string>4</string></dict></array></dict>\n")
-        << "name=Ann;id=4";
+        << u"name=Ann;id=4"_s;
     QTest::addRow("empty string element") << wrap("<dict><key>contacts</key><array><dict><key>title</key><string/"
                                                   "><key>x</key><string></string></dict></array></dict>")
-                                          << "title=;x=";
+                                          << u"title=;x="_s;
     QTest::addRow("entities and character references")
         << wrap("<dict><key>contacts</key><array><dict><key>name</key><string>A&amp;B &lt;&gt; &quot;&apos; "
                 "&#233;&#x1F600;</string></dict></array></dict>")
@@ -134,32 +136,32 @@ void TestPropertyList::readsWhatOtherWritersProduce_data()
     QTest::addRow("cdata and comments")
         << wrap("<!-- top --><dict><!-- a --><key>contacts</key><array><dict><key>name</key>"
                 "<string>x<![CDATA[<&>]]>y<!-- gone -->z</string></dict><!-- b --></array></dict>")
-        << "name=x<&>yz";
+        << u"name=x<&>yz"_s;
     QTest::addRow("other value types")
         << wrap(
                "<dict><key>contacts</key><array><dict><key>id</key><integer>12</integer><key>rate</key><real>1.5</real>"
                "<key>sent</key><true/><key>gone</key><false/><key>when</key><date>2007-03-01T14:05:09Z</date>"
                "<key>list</key><array><string>skip</string></array><key>blob</key><data>AAE=</data></dict></array></"
                "dict>")
-        << "id=12;rate=1.5;sent=YES;gone=NO;when=2007-03-01T14:05:09Z;blob=AAE=";
+        << u"id=12;rate=1.5;sent=YES;gone=NO;when=2007-03-01T14:05:09Z;blob=AAE="_s;
     QTest::addRow("byte order mark and doctype")
         << QByteArray(
                "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
                "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\"><dict><key>contacts</key>"
                "<array><dict><key>id</key><string>1</string></dict><dict/></array></dict></plist>")
-        << "id=1|";
+        << u"id=1|"_s;
     QTest::addRow("other keys beside the collection")
         << wrap("<dict><key>version</key><string>2</string><key>meta</key><dict><key>a</key><string>b</string></dict>"
                 "<key>contacts</key><array><dict><key>id</key><string>3</string></dict></array></dict>")
-        << "id=3";
-    QTest::addRow("empty collection") << wrap("<dict><key>contacts</key><array/></dict>") << "";
+        << u"id=3"_s;
+    QTest::addRow("empty collection") << wrap("<dict><key>contacts</key><array/></dict>") << u""_s;
     QTest::addRow("no plist element")
         << QByteArray("<dict><key>contacts</key><array><dict><key>id</key><string>5</string></dict></array></dict>")
-        << "id=5";
+        << u"id=5"_s;
     QTest::addRow("array elements that are not records")
         << wrap("<dict><key>contacts</key><array><string>x</string><dict><key>id</key><string>6</string></dict></"
                 "array></dict>")
-        << "id=6";
+        << u"id=6"_s;
 }
 
 void TestPropertyList::readsWhatOtherWritersProduce()

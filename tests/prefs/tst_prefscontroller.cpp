@@ -14,6 +14,8 @@
 
 #include <memory>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString storedText(const QString &key)
@@ -421,18 +423,13 @@ void TestPrefsController::databaseLocation_data()
     QTest::addColumn<QString>("panelTitle");
 
     const QString before = QStringLiteral("~/Library/Application Support/Ledgerwick/ledgerwickdatabase.lwkdb");
-    QTest::addRow("choose existing") << "choose"
-                                     << "/srv/shop/other.lwkdb"
-                                     << "/srv/shop/other.lwkdb"
-                                     << "Choose an existing database";
-    QTest::addRow("choose not a database") << "choose"
-                                           << "/srv/shop/notes" << before << "Choose an existing database";
-    QTest::addRow("create gets the type") << "create"
-                                          << "/srv/shop/new"
-                                          << "/srv/shop/new.lwkdb"
-                                          << "Create new database";
-    QTest::addRow("create cancelled") << "create"
-                                      << "" << before << "Create new database";
+    QTest::addRow("choose existing") << u"choose"_s << u"/srv/shop/other.lwkdb"_s << u"/srv/shop/other.lwkdb"_s
+                                     << u"Choose an existing database"_s;
+    QTest::addRow("choose not a database")
+        << u"choose"_s << u"/srv/shop/notes"_s << before << u"Choose an existing database"_s;
+    QTest::addRow("create gets the type")
+        << u"create"_s << u"/srv/shop/new"_s << u"/srv/shop/new.lwkdb"_s << u"Create new database"_s;
+    QTest::addRow("create cancelled") << u"create"_s << u""_s << before << u"Create new database"_s;
 }
 
 void TestPrefsController::databaseLocation()

@@ -12,6 +12,8 @@
 #include <QTextDocument>
 #include <QTextTable>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
@@ -64,26 +66,11 @@ void TestRichTextTools::replaceAll_data()
     QTest::addColumn<QString>("expected");
     QTest::addColumn<int>("count");
 
-    QTest::addRow("every occurrence") << "a <x> b <x>"
-                                      << "<x>"
-                                      << "1"
-                                      << "a 1 b 1" << 2;
-    QTest::addRow("value holding its placeholder") << "<x>!"
-                                                   << "<x>"
-                                                   << "<x><x>"
-                                                   << "<x><x>!" << 1;
-    QTest::addRow("empty value removes") << "a<x>b"
-                                         << "<x>"
-                                         << ""
-                                         << "ab" << 1;
-    QTest::addRow("empty find") << "abc"
-                                << ""
-                                << "z"
-                                << "abc" << 0;
-    QTest::addRow("across paragraphs") << "<a>\n<a> <a>"
-                                       << "<a>"
-                                       << "b"
-                                       << "b\nb b" << 3;
+    QTest::addRow("every occurrence") << u"a <x> b <x>"_s << u"<x>"_s << u"1"_s << u"a 1 b 1"_s << 2;
+    QTest::addRow("value holding its placeholder") << u"<x>!"_s << u"<x>"_s << u"<x><x>"_s << u"<x><x>!"_s << 1;
+    QTest::addRow("empty value removes") << u"a<x>b"_s << u"<x>"_s << u""_s << u"ab"_s << 1;
+    QTest::addRow("empty find") << u"abc"_s << u""_s << u"z"_s << u"abc"_s << 0;
+    QTest::addRow("across paragraphs") << u"<a>\n<a> <a>"_s << u"<a>"_s << u"b"_s << u"b\nb b"_s << 3;
 }
 
 void TestRichTextTools::replaceAll()

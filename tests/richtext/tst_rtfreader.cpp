@@ -13,6 +13,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
@@ -271,28 +273,28 @@ void TestRtfReader::tables_data()
     QTest::addRow("cocoa rows with definitions first")
         << rtf("before\\par\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell b\\cell\\row"
                "\\trowd\\cellx1000\\cellx2000\\pard\\intbl c\\cell d\\cell\\row\\pard after")
-        << "before\n<a|b/c|d>\nafter";
+        << u"before\n<a|b/c|d>\nafter"_s;
     QTest::addRow("word rows with definitions last")
         << rtf("\\pard\\intbl{a\\cell b\\cell}{\\trowd\\cellx1000\\cellx2000\\row}\\pard\\intbl{c\\cell d\\cell}"
                "{\\trowd\\cellx1000\\cellx2000\\row}\\pard\\par")
-        << "\n<a|b/c|d>\n";
+        << u"\n<a|b/c|d>\n"_s;
     QTest::addRow("paragraphs inside a cell")
-        << rtf("\\trowd\\cellx1000\\pard\\intbl one\\par two\\cell\\row") << "\n<one\ntwo>\n";
+        << rtf("\\trowd\\cellx1000\\pard\\intbl one\\par two\\cell\\row") << u"\n<one\ntwo>\n"_s;
     QTest::addRow("empty cells")
-        << rtf("\\trowd\\cellx1000\\cellx2000\\cellx3000\\pard\\intbl\\cell x\\cell\\cell\\row") << "\n<|x|>\n";
+        << rtf("\\trowd\\cellx1000\\cellx2000\\cellx3000\\pard\\intbl\\cell x\\cell\\cell\\row") << u"\n<|x|>\n"_s;
     QTest::addRow("rows of different lengths") << rtf("\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell "
                                                       "b\\cell\\row\\trowd\\cellx1000\\pard\\intbl c\\cell\\row")
-                                               << "\n<a|b/c|>\n";
+                                               << u"\n<a|b/c|>\n"_s;
     QTest::addRow("truncated table keeps its cells")
-        << QByteArray("{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell b") << "\n<a|b>\n";
+        << QByteArray("{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl a\\cell b") << u"\n<a|b>\n"_s;
     QTest::addRow("two tables apart")
         << rtf("\\trowd\\cellx1000\\pard\\intbl a\\cell\\row\\pard\\par\\trowd\\cellx1000\\pard\\intbl b\\cell\\row")
-        << "\n<a>\n\n<b>\n";
+        << u"\n<a>\n\n<b>\n"_s;
     QTest::addRow("nested table flattened")
         << rtf("\\trowd\\cellx4000\\pard\\intbl outer\\par\\itap2 x\\nestcell y\\nestcell{\\nestrow}\\cell\\row")
-        << "\n<outer\nx\ty\t\n>\n";
+        << u"\n<outer\nx\ty\t\n>\n"_s;
     QTest::addRow("cell without row still a table")
-        << rtf("text\\par\\pard\\intbl lonely\\cell\\pard end") << "text\n<lonely>\nend";
+        << rtf("text\\par\\pard\\intbl lonely\\cell\\pard end") << u"text\n<lonely>\nend"_s;
 }
 
 void TestRtfReader::tables()
@@ -427,7 +429,7 @@ void TestRtfReader::fixtures_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("expected");
 
-    QTest::addRow("cocoa") << "cocoa.rtf" << QString()
+    QTest::addRow("cocoa") << u"cocoa.rtf"_s << QString()
                            << QStringLiteral("Ledgerwick Trading\n"
                                              "Invoice\t<ordernumber>\t€<total>\n"
                                              "Date:\t<date>\n"
@@ -437,21 +439,21 @@ void TestRtfReader::fixtures_data()
                                              "<Item|Price/Widget|€12.50/Gadget[br](blue)|€3.00>\n"
                                              "\n"
                                              "Total due: <total>");
-    QTest::addRow("libreoffice") << "libreoffice.rtf" << QStringLiteral("Reminder")
+    QTest::addRow("libreoffice") << u"libreoffice.rtf"_s << QStringLiteral("Reminder")
                                  << QStringLiteral("Reminder Заказ\n"
                                                    "Dear <contactname>, your balance of €<balance> is due. “Quoted” "
                                                    "and italic red—highlighted.\n"
                                                    "Left\tCentre\t12.50\n"
                                                    "Pay online or call.\n"
                                                    "[img] Signed");
-    QTest::addRow("word 1251") << "word1251.rtf" << QStringLiteral("Счёт")
+    QTest::addRow("word 1251") << u"word1251.rtf"_s << QStringLiteral("Счёт")
                                << QStringLiteral("Счёт № <ordernumber>\n"
                                                  "Customer: Петров Иван\n"
                                                  "·\tТовар один\n"
                                                  "<Товар|Кол-во|Сумма/Товар два\nи три|2|30,00/Итого 30,00>\n"
                                                  "[img] [img]\n"
                                                  "Подпись: ·");
-    QTest::addRow("shift-jis") << "shiftjis.rtf" << QStringLiteral("請求書")
+    QTest::addRow("shift-jis") << u"shiftjis.rtf"_s << QStringLiteral("請求書")
                                << QStringLiteral("請求書 <ordernumber>\nテスト テスト\nMixed: 日本€ end");
 }
 
