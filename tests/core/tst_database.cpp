@@ -64,7 +64,6 @@ private Q_SLOTS:
     void materialIdsCountOnFromTheNumberLoaded();
     void hiddenRecordsAndAnyTextSurvive();
     void damagedFilesAreKeptAside();
-    void largeFilesAreBuiltInStretches();
 
 private:
     QString bundle() const { return m_home->filePath(QStringLiteral("db.lwkdb")); }
@@ -320,28 +319,6 @@ void TestDatabase::damagedFilesAreKeptAside()
     // Only once: the next save just writes.
     QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
     QCOMPARE(QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files).size(), 1);
-}
-
-void TestDatabase::largeFilesAreBuiltInStretches()
-{
-    // More bills than one stretch holds: the file must equal the one built whole.
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
-    ledgerwick.readDatabase();
-    for (int i = 0; i < 90001; ++i) {
-        auto bill = std::make_shared<Bill>();
-        bill->setNumber(QString::number(i));
-        ledgerwick.getBillManager()->add(bill);
-    }
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getBillManager()));
-    QByteArray whole;
-    QVERIFY(DatabaseStore::serialize(DatabaseStore::Kind::Bills, *ledgerwick.getBillManager(), whole));
-    QCOMPARE(fileBytes(bundle() + QStringLiteral("/bills.xml")), whole);
-    Ledgerwick again(&m_platform);
-    again.setDatabaseLocation(bundle());
-    again.readDatabase(false);
-    QCOMPARE(again.getBillManager()->getCount(), 90001);
-    QCOMPARE(dynamic_cast<Bill *>(again.getBillManager()->getItemById(90001))->getNumber(), QStringLiteral("90000"));
 }
 
 QTEST_GUILESS_MAIN(TestDatabase)

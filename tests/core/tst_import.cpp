@@ -59,7 +59,6 @@ private Q_SLOTS:
     void readsFilesAndLogs();
     void decodesByByteOrderMark();
     void panelAndContext();
-    void itemRefusesQuantityMethod();
 
 private:
     QTemporaryDir m_home;
@@ -227,32 +226,6 @@ void TestImport::panelAndContext()
     QCOMPARE(plain.importText(QStringLiteral("name\tqty\rAnn\t3")), 0);
     QCOMPARE(plain.getCount(), 0);
     QCOMPARE(alertTexts(*m_platform), QStringList{QStringLiteral("Import stopped: This list cannot import records.")});
-}
-
-void TestImport::itemRefusesQuantityMethod()
-{
-    // The controller's item list makes real items; a by-name write of the
-    // quantity method is refused and ends the import at that row.
-    lwDataSource *items = m_ledgerwick->getItemManager();
-    QCOMPARE(items->importText(QStringLiteral("code\titem\tqty\r"
-                                              "A1\tWidget\t3\r"
-                                              "B2\tGadget\t5\r")),
-             2);
-    m_platform->alerts.clear();
-    QCOMPARE(items->importText(QStringLiteral("code\tquantitymethod\tqty\r"
-                                              "C3\teach\t7\r"
-                                              "D4\teach\t8\r")),
-             1);
-    QCOMPARE(alertTexts(*m_platform),
-             QStringList{QStringLiteral("Import stopped: The import stopped at row 1: the field \"quantitymethod\" "
-                                        "cannot be set by an import. 1 records, this row's included, were added to "
-                                        "the list.")});
-    QCOMPARE(items->getCount(), 3);
-    const dataObject *stopped = items->getnthItem(2);
-    QCOMPARE(stopped->getFieldByName(QStringLiteral("code")), QStringLiteral("C3"));
-    QCOMPARE(stopped->getFieldByName(QStringLiteral("quantitymethod")), QStringLiteral(""));
-    QCOMPARE(stopped->getFieldByName(QStringLiteral("qty")), QStringLiteral(""));
-    QCOMPARE(stopped->getFieldByName(QStringLiteral("comments")), QStringLiteral(""));
 }
 
 QTEST_MAIN(TestImport)

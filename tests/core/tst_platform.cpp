@@ -1,6 +1,4 @@
 #include "core/CliPlatform.h"
-#include "core/Log.h"
-#include "support/LogCapture.h"
 
 #include <QTest>
 
@@ -9,7 +7,6 @@ class TestPlatform : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void cliPlatformTakesTheDefaults();
-    void logLinesAreCaptured();
 };
 
 void TestPlatform::cliPlatformTakesTheDefaults()
@@ -24,18 +21,6 @@ void TestPlatform::cliPlatformTakesTheDefaults()
     QVERIFY(!platform.openUrl(QUrl(QStringLiteral("https://example.org"))));
     platform.setPasteboardText(QStringLiteral("x"));
     QCOMPARE(platform.pasteboardText(), QStringLiteral("x"));
-}
-
-void TestPlatform::logLinesAreCaptured()
-{
-    LogCapture capture;
-    lwLog(QStringLiteral("reading db, starting contacts"));
-    qInfo("not ours");
-    lwLog(QStringLiteral("contacts not written successfully"));
-    QCOMPARE(capture.lines(), QStringList({QStringLiteral("reading db, starting contacts"),
-                                           QStringLiteral("contacts not written successfully")}));
-    capture.clear();
-    QVERIFY(capture.lines().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestPlatform)

@@ -49,8 +49,6 @@ private Q_SLOTS:
     void cleanup();
     void fragment_data();
     void fragment();
-    void objectPath_data();
-    void objectPath();
     void writesUtf8OverAnEarlierFile();
     void missingObjectsFolderIsLoggedNotCreated();
     void tildeIsNotExpanded();
@@ -148,27 +146,6 @@ void tst_WebsiteExport::fragment()
     item.setHideButtonCode(hideButton);
     item.setButtonCode(button);
     QCOMPARE(WebsiteExport::fragment(item), expected);
-}
-
-void tst_WebsiteExport::objectPath_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("expected");
-    QTest::addRow("default folder") << u"~/sites/mysite/"_s << u"P12"_s << u"~/sites/mysite/objects/LwkItemP12"_s;
-    QTest::addRow("root") << u"/"_s << u"x y"_s << u"/objects/LwkItemx y"_s;
-    QTest::addRow("no folder") << u""_s << u"P12"_s << u"objects/LwkItemP12"_s;
-}
-
-void tst_WebsiteExport::objectPath()
-{
-    QFETCH(QString, folder);
-    QFETCH(QString, code);
-    QFETCH(QString, expected);
-    Item item;
-    item.setWebsiteFolder(folder);
-    item.setCode(code);
-    QCOMPARE(WebsiteExport::objectPath(item), expected);
 }
 
 void tst_WebsiteExport::writesUtf8OverAnEarlierFile()

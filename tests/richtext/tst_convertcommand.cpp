@@ -20,7 +20,6 @@ class TestConvertCommand : public QObject
 
 private Q_SLOTS:
     void init();
-    void rtfToText();
     void throughEveryFormat();
     void rtfdPackageBothWays();
     void htmlKeepsTablesAndPictures();
@@ -45,18 +44,6 @@ void TestConvertCommand::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(m_dir->isValid());
-}
-
-void TestConvertCommand::rtfToText()
-{
-    const CliRun run = convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("out.txt"))});
-    QCOMPARE(run.status, 0);
-    QVERIFY(run.err.isEmpty() || !run.err.contains(QStringLiteral("convert:")));
-    const QString text = QString::fromUtf8(fileBytes(path(QStringLiteral("out.txt"))));
-    QVERIFY(text.startsWith(QStringLiteral("Счёт № <ordernumber>\nCustomer: Петров Иван\n")));
-    QVERIFY(text.contains(QStringLiteral("Итого 30,00")));
-    QVERIFY(!text.contains(QChar::ObjectReplacementCharacter));
-    QVERIFY(text.endsWith(QLatin1Char('\n')));
 }
 
 void TestConvertCommand::throughEveryFormat()
