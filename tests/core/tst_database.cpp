@@ -64,6 +64,7 @@ private Q_SLOTS:
     void materialIdsCountOnFromTheNumberLoaded();
     void hiddenRecordsAndAnyTextSurvive();
     void damagedFilesAreKeptAside();
+    void largeFilesAreBuiltInStretches();
 
 private:
     QString bundle() const { return m_home->filePath(QStringLiteral("db.lwkdb")); }
@@ -319,6 +320,23 @@ void TestDatabase::damagedFilesAreKeptAside()
     // Only once: the next save just writes.
     QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
     QCOMPARE(QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files).size(), 1);
+}
+
+void TestDatabase::largeFilesAreBuiltInStretches()
+{
+    // More bills than one stretch of 40,000 holds: the file must equal the one built whole.
+    Ledgerwick ledgerwick(&m_platform);
+    ledgerwick.setDatabaseLocation(bundle());
+    ledgerwick.readDatabase();
+    for (int i = 0; i < 40001; ++i) {
+        auto bill = std::make_shared<Bill>();
+        bill->setNumber(QString::number(i));
+        ledgerwick.getBillManager()->add(bill);
+    }
+    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getBillManager()));
+    QByteArray whole;
+    QVERIFY(DatabaseStore::serialize(DatabaseStore::Kind::Bills, *ledgerwick.getBillManager(), whole));
+    QCOMPARE(fileBytes(bundle() + QStringLiteral("/bills.xml")), whole);
 }
 
 QTEST_GUILESS_MAIN(TestDatabase)
