@@ -158,8 +158,10 @@ void TestLwDataSource::itemByIdFindsTheEarliestAndFollowsIdChanges()
 void TestLwDataSource::walkVisitsEveryRecordInOrder()
 {
     lwDataSource source;
+    QCOMPARE(source.getFirstItem(), nullptr);
     auto a = rec(QStringLiteral("a")), b = rec(QStringLiteral("b"));
     source.add(a);
+    QCOMPARE(source.getFirstItem(), a.get());
     QCOMPARE(source.getItemById(1), a.get());
     source.add(b); // after a lookup: the index takes it in
     QCOMPARE(source.getItemById(2), b.get());

@@ -159,6 +159,7 @@ void tst_Picker::nthCompanyAndSupplier_data()
     QTest::addRow("a company contact can be a supplier") << true << 1 << u"Bob Ray"_s;
     QTest::addRow("last supplier") << true << 3 << u"Eve Hart"_s;
     QTest::addRow("past the suppliers") << true << 4 << u"(none)"_s;
+    QTest::addRow("negative") << true << -1 << u"(none)"_s;
     QTest::addRow("any top-level kind is a company") << false << 0 << u"Ann Lee"_s;
     QTest::addRow("company contacts are skipped") << false << 2 << u"Cid Moss"_s;
 }

@@ -53,8 +53,7 @@ private Q_SLOTS:
     void replaceAllKeepsFormat();
     void replaceInsideTable();
     void insertHtmlAtFirstOccurrence();
-    void pdfOfFixtures_data();
-    void pdfOfFixtures();
+    void pdfOfFixture();
     void wideContentIsFittedToThePage();
 };
 
@@ -156,18 +155,10 @@ void TestRichTextTools::insertHtmlAtFirstOccurrence()
     QCOMPARE(none.toPlainText(), QStringLiteral("No lines here"));
 }
 
-void TestRichTextTools::pdfOfFixtures_data()
+void TestRichTextTools::pdfOfFixture()
 {
-    QTest::addColumn<QString>("name");
-    for (const char *name : {"cocoa.rtf", "picture.rtfd", "libreoffice.rtf", "word1251.rtf", "shiftjis.rtf"})
-        QTest::addRow("%s", name) << QString::fromLatin1(name);
-}
-
-void TestRichTextTools::pdfOfFixtures()
-{
-    QFETCH(QString, name);
     QTextDocument document;
-    QVERIFY(RtfReader().readFile(kData + name, &document));
+    QVERIFY(RtfReader().readFile(kData + u"picture.rtfd"_s, &document));
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
     const QString path = dir.filePath(QStringLiteral("out.pdf"));

@@ -68,8 +68,6 @@ private Q_SLOTS:
     void characterFormats();
     void formatsFollowGroups();
     void paragraphFormats();
-    void tabStops();
-    void hyperlinkField();
     void tables_data();
     void tables();
     void tableSpansAndCellFormats();
@@ -233,36 +231,6 @@ void TestRtfReader::paragraphFormats()
     QCOMPARE(horizontal(document.findBlockByNumber(3).blockFormat()), Qt::Alignment(Qt::AlignHCenter));
     QCOMPARE(horizontal(document.findBlockByNumber(4).blockFormat()), Qt::Alignment(Qt::AlignJustify));
     QVERIFY(document.findBlockByNumber(5).blockFormat().pageBreakPolicy() & QTextFormat::PageBreak_AlwaysBefore);
-}
-
-void TestRtfReader::tabStops()
-{
-    QTextDocument document;
-    QVERIFY(RtfReader().read(rtf("\\tx720\\tqr\\tx4320\\tqc\\tx5040\\tqdec\\tx6000\\tx7200 a\\tab b"), &document));
-    const QList<QTextOption::Tab> tabs = document.firstBlock().blockFormat().tabPositions();
-    QCOMPARE(tabs.size(), 5);
-    QCOMPARE(tabs[0].position, 48.0);
-    QCOMPARE(tabs[0].type, QTextOption::LeftTab);
-    QCOMPARE(tabs[1].position, 288.0);
-    QCOMPARE(tabs[1].type, QTextOption::RightTab);
-    QCOMPARE(tabs[2].type, QTextOption::CenterTab);
-    QCOMPARE(tabs[3].type, QTextOption::DelimiterTab);
-    QCOMPARE(tabs[3].delimiter, QLatin1Char('.'));
-    QCOMPARE(tabs[4].type, QTextOption::LeftTab); // a tab type applies to one stop
-}
-
-void TestRtfReader::hyperlinkField()
-{
-    QTextDocument document;
-    QVERIFY(RtfReader().read(rtf("see {\\field{\\*\\fldinst{HYPERLINK \"https://example.com/a b\"}}"
-                                 "{\\fldrslt{\\ul\\cf2 the site}}} now"),
-                             &document));
-    QCOMPARE(document.toPlainText(), QStringLiteral("see the site now"));
-    const QTextCharFormat link = DocumentSnapshot::formatOf(document, QStringLiteral("the site"));
-    QVERIFY(link.isAnchor());
-    QCOMPARE(link.anchorHref(), QStringLiteral("https://example.com/a b"));
-    QCOMPARE(link.underlineStyle(), QTextCharFormat::SingleUnderline);
-    QVERIFY(!DocumentSnapshot::formatOf(document, QStringLiteral("now")).isAnchor());
 }
 
 void TestRtfReader::tables_data()
