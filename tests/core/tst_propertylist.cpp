@@ -1,7 +1,6 @@
 #include "core/PropertyListReader.h"
 #include "core/PropertyListWriter.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>

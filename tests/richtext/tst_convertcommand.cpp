@@ -1,8 +1,6 @@
 #include "support/CliRunner.h"
 
-#include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
