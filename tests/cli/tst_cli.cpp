@@ -96,19 +96,15 @@ void TestCli::checkCountsWithoutWriting()
     QCOMPARE(run.out, QStringLiteral("contacts 2\norders 2\nitems 1\nmaterials 3\nbills 1\nactions 1\nread-only no\n"));
     QCOMPARE(QDir(bundle()).entryList(QDir::Files), before); // no lock taken, nothing written
 
-    QFile lock(bundle() + QStringLiteral("/lock.xml"));
-    QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.close();
+    QVERIFY(writeBytes(bundle() + QStringLiteral("/lock.xml"), QByteArray()));
     const Run locked = cli({QStringLiteral("check"), QStringLiteral("--db=") + bundle()});
     QCOMPARE(locked.status, 0);
     QVERIFY(locked.out.endsWith(QLatin1String("read-only yes\n")));
 
     // The location preference is used when no --db is given.
-    QDir().mkpath(m_home->filePath(QStringLiteral(".config/Ledgerwick")));
-    QFile settings(m_home->filePath(QStringLiteral(".config/Ledgerwick/Ledgerwick.conf")));
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write("[General]\nLedgerwickDbLocation=~/shop.lwkdb\n");
-    settings.close();
+    QVERIFY(QDir().mkpath(m_home->filePath(QStringLiteral(".config/Ledgerwick"))));
+    QVERIFY(writeBytes(m_home->filePath(QStringLiteral(".config/Ledgerwick/Ledgerwick.conf")),
+                       "[General]\nLedgerwickDbLocation=~/shop.lwkdb\n"));
     const Run byPreference = cli({QStringLiteral("check")});
     QCOMPARE(byPreference.status, 0);
     QVERIFY(byPreference.out.startsWith(QLatin1String("contacts 2\n")));
@@ -133,11 +129,9 @@ void TestCli::saveWritesEverythingAndReleasesTheLock()
 
 void TestCli::saveLeavesALockedBundleAlone()
 {
-    QFile lock(bundle() + QStringLiteral("/lock.xml"));
-    QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.write(
-        "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
-    lock.close();
+    QVERIFY(writeBytes(bundle() + QStringLiteral("/lock.xml"),
+                       "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string>"
+                       "</dict></plist>"));
     const QByteArray before = fileBytes(bundle() + QStringLiteral("/orders.xml"));
     const Run run = cli({QStringLiteral("save"), QStringLiteral("--db"), bundle()});
     QCOMPARE(run.status, 3);

@@ -8,6 +8,7 @@
 #include "orders/Material.h"
 #include "orders/Order.h"
 #include "products/Item.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 
@@ -19,22 +20,6 @@
 #include <QTest>
 
 namespace {
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool copyFolder(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    const QStringList names = QDir(from).entryList(QDir::Files);
-    for (const QString &name : names)
-        if (!QFile::copy(QDir(from).filePath(name), QDir(to).filePath(name)))
-            return false;
-    return true;
-}
 
 // Every file of a bundle serialized again from the loaded collections.
 QList<QByteArray> serializeAll(const Ledgerwick &ledgerwick)
@@ -125,11 +110,10 @@ void TestDatabase::firstStartCreatesTheLockAndTheBundle()
 void TestDatabase::aLockMakesTheCopyReadOnly()
 {
     QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
-    QFile lock(bundle() + QStringLiteral("/lock.xml"));
-    QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n\t<key>datetime</key>\n"
-               "\t<string>2007-03-01 14:05:09 +0000</string>\n</dict>\n</plist>\n");
-    lock.close();
+    QVERIFY(writeBytes(
+        bundle() + QStringLiteral("/lock.xml"),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n\t<key>datetime</key>\n"
+        "\t<string>2007-03-01 14:05:09 +0000</string>\n</dict>\n</plist>\n"));
     const QByteArray before = fileBytes(bundle() + QStringLiteral("/contacts.xml"));
 
     Ledgerwick ledgerwick(&m_platform);
@@ -299,11 +283,7 @@ void TestDatabase::damagedFilesAreKeptAside()
     QDir().mkpath(bundle());
     const QByteArray damaged = "<?xml version=\"1.0\"?><plist><dict><key>contacts</key><array><dict><key>name</key>"
                                "<string>Half a recor";
-    {
-        QFile file(bundle() + QStringLiteral("/contacts.xml"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(damaged);
-    }
+    QVERIFY(writeBytes(bundle() + QStringLiteral("/contacts.xml"), damaged));
     LogCapture log;
     Ledgerwick ledgerwick(&m_platform);
     ledgerwick.setDatabaseLocation(bundle());

@@ -1,5 +1,6 @@
 #include "core/Ledgerwick.h"
 #include "core/RecordTable.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TestRecord.h"
@@ -182,10 +183,7 @@ void TestImport::decodesByByteOrderMark()
     int expected = 0;
     for (const auto &file : files) {
         const QString path = dir.filePath(QStringLiteral("in.csv"));
-        QFile out(path);
-        QVERIFY(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        out.write(file.bytes);
-        out.close();
+        QVERIFY(writeBytes(path, file.bytes));
         m_table->openPanelDidEnd(path, 1, QStringLiteral("Import Data"));
         expected += file.records;
         QCOMPARE(m_table->getCount(), expected);

@@ -1,4 +1,5 @@
 #include "prefs/Manual.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 
@@ -8,16 +9,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace {
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 class TestManual : public QObject
 {
@@ -94,7 +85,7 @@ void TestManual::pageActionsOpenTheirPage()
     }
     const QString opened = platform.openedUrls.constFirst().toLocalFile();
     QVERIFY2(QFileInfo(opened).isFile(), qPrintable(opened));
-    QCOMPARE(readAll(opened), readAll(QStringLiteral(":/manual/v5Pro/") + page));
+    QCOMPARE(fileBytes(opened), fileBytes(QStringLiteral(":/manual/v5Pro/") + page));
     QVERIFY(Manual::pageNames().contains(page));
     QVERIFY(platform.alerts.isEmpty());
 }
@@ -121,8 +112,9 @@ void TestManual::changedOrMissingPagesAreRestoredOthersLeftAlone()
     Manual manual(&platform);
     manual.items();
 
-    QCOMPARE(readAll(dir + QStringLiteral("items.html")), readAll(QStringLiteral(":/manual/v5Pro/items.html")));
-    QCOMPARE(readAll(dir + QStringLiteral("contacts.html")), readAll(QStringLiteral(":/manual/v5Pro/contacts.html")));
+    QCOMPARE(fileBytes(dir + QStringLiteral("items.html")), fileBytes(QStringLiteral(":/manual/v5Pro/items.html")));
+    QCOMPARE(fileBytes(dir + QStringLiteral("contacts.html")),
+             fileBytes(QStringLiteral(":/manual/v5Pro/contacts.html")));
     QCOMPARE(QFileInfo(dir + QStringLiteral("menu.html")).lastModified(), longAgo);
     QCOMPARE(platform.openedUrls.size(), 1);
 }

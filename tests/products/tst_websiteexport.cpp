@@ -1,6 +1,7 @@
 #include "core/lwDataSource.h"
 #include "products/Item.h"
 #include "products/WebsiteExport.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 
@@ -30,12 +31,6 @@ std::shared_ptr<Item> makeItem(const QString &code, const QString &folder, const
     item->setQuantityMethod(u"Out of stock / in stock"_s);
     item->setButtonCode(u"<form>buy</form>"_s);
     return item;
-}
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
 }
 
 } // namespace
@@ -151,11 +146,7 @@ void tst_WebsiteExport::fragment()
 void tst_WebsiteExport::writesUtf8OverAnEarlierFile()
 {
     const QString path = site() + u"/objects/LwkItemP12"_s;
-    {
-        QFile earlier(path);
-        QVERIFY(earlier.open(QIODevice::WriteOnly));
-        earlier.write(QByteArray(4096, 'x'));
-    }
+    QVERIFY(writeBytes(path, QByteArray(4096, 'x')));
     auto item = makeItem(u"P12"_s, site()); // no trailing slash
     item->setVariation(u"Größe ½"_s);
     LogCapture log;

@@ -55,10 +55,7 @@ void TestConvertCommand::throughEveryFormat()
         QVERIFY2(text.contains(QString::fromUtf8(words)), words);
     QVERIFY(fileBytes(path(QStringLiteral("b.rtf"))).startsWith("{\\rtf1"));
 
-    QFile plain(path(QStringLiteral("plain.txt")));
-    QVERIFY(plain.open(QIODevice::WriteOnly));
-    plain.write("Line one {braces}\nLíne two\n");
-    plain.close();
+    QVERIFY(writeBytes(path(QStringLiteral("plain.txt")), "Line one {braces}\nLíne two\n"));
     QCOMPARE(convert({path(QStringLiteral("plain.txt")), path(QStringLiteral("plain.rtf"))}).status, 0);
     QCOMPARE(convert({path(QStringLiteral("plain.rtf")), path(QStringLiteral("again.txt"))}).status, 0);
     QCOMPARE(fileBytes(path(QStringLiteral("again.txt"))), QByteArray("Line one {braces}\nLíne two\n"));
@@ -133,10 +130,7 @@ void TestConvertCommand::unreadableInput()
 {
     QFETCH(QString, input);
     QFETCH(QString, message);
-    QFile fake(path(QStringLiteral("fake.rtf")));
-    QVERIFY(fake.open(QIODevice::WriteOnly));
-    fake.write("Just some text.\n");
-    fake.close();
+    QVERIFY(writeBytes(path(QStringLiteral("fake.rtf")), "Just some text.\n"));
     const CliRun run = convert({path(input), path(QStringLiteral("out.txt"))});
     QCOMPARE(run.status, 1);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
@@ -152,10 +146,7 @@ void TestConvertCommand::unwritableOutput()
         QVERIFY2(run.err.contains(out), qPrintable(run.err));
     }
     // An existing file in the way of a package folder is left alone.
-    QFile blocking(path(QStringLiteral("notes.rtfd")));
-    QVERIFY(blocking.open(QIODevice::WriteOnly));
-    blocking.write("keep me");
-    blocking.close();
+    QVERIFY(writeBytes(path(QStringLiteral("notes.rtfd")), "keep me"));
     QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("notes.rtfd"))}).status, 1);
     QCOMPARE(fileBytes(path(QStringLiteral("notes.rtfd"))), QByteArray("keep me"));
 }

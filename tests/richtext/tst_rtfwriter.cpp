@@ -1,6 +1,7 @@
 #include "DocumentSnapshot.h"
 #include "richtext/RtfReader.h"
 #include "richtext/RtfWriter.h"
+#include "support/CliRunner.h"
 
 #include <QDir>
 #include <QFile>
@@ -317,9 +318,7 @@ void TestRtfWriter::packageFiles()
     // One file per picture, however often it is shown.
     QCOMPARE(package.entryList(QDir::Files, QDir::Name),
              (QStringList{QStringLiteral("TXT.rtf"), QStringLiteral("logo.png"), QStringLiteral("photo one.png")}));
-    QFile text(package.filePath(QStringLiteral("TXT.rtf")));
-    QVERIFY(text.open(QIODevice::ReadOnly));
-    const QByteArray rtf = text.readAll();
+    const QByteArray rtf = fileBytes(package.filePath(QStringLiteral("TXT.rtf")));
     QCOMPARE(rtf.count("{{\\NeXTGraphic logo.png \\width750 \\height600"), 3);
     QVERIFY(rtf.contains("{{\\NeXTGraphic photo one.png \\width45 \\height45"));
     QCOMPARE(QImage(package.filePath(QStringLiteral("logo.png"))).convertToFormat(QImage::Format_ARGB32),
@@ -327,9 +326,7 @@ void TestRtfWriter::packageFiles()
 
     // Saved again without pictures: their files go, other things stay.
     QVERIFY(QDir(path).mkdir(QStringLiteral("kept folder")));
-    QFile hidden(package.filePath(QStringLiteral(".hidden")));
-    QVERIFY(hidden.open(QIODevice::WriteOnly));
-    hidden.close();
+    QVERIFY(writeBytes(package.filePath(QStringLiteral(".hidden")), QByteArray()));
     QTextDocument plain;
     plain.setPlainText(QStringLiteral("no pictures now"));
     QVERIFY(writer.writeFile(&plain, path));
@@ -351,9 +348,7 @@ void TestRtfWriter::packageKeepsFilesThatAreNoPictures()
          {std::pair{QStringLiteral("Terms 2024.pdf"), terms},
           std::pair{QStringLiteral("TXT.rtf"), QByteArray("{\\rtf1 See {{\\NeXTGraphic Terms 2024.pdf \\width600 "
                                                           "\\height600}\\'ac} attached.}")}}) {
-        QFile file(source + QLatin1Char('/') + name);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(data);
+        QVERIFY(writeBytes(source + QLatin1Char('/') + name, data));
     }
     QTextDocument document;
     QVERIFY(RtfReader().readFile(source, &document));
@@ -363,12 +358,9 @@ void TestRtfWriter::packageKeepsFilesThatAreNoPictures()
     RtfWriter writer;
     for (const QString &target : {dir.filePath(QStringLiteral("copy.rtfd")), source}) {
         QVERIFY(writer.writeFile(&document, target));
-        QFile kept(target + QStringLiteral("/Terms 2024.pdf"));
-        QVERIFY2(kept.open(QIODevice::ReadOnly), qPrintable(target));
-        QCOMPARE(kept.readAll(), terms);
-        QFile text(target + QStringLiteral("/TXT.rtf"));
-        QVERIFY(text.open(QIODevice::ReadOnly));
-        QVERIFY(text.readAll().contains("{{\\NeXTGraphic Terms 2024.pdf \\width600 \\height600"));
+        QCOMPARE(fileBytes(target + QStringLiteral("/Terms 2024.pdf")), terms);
+        QVERIFY(fileBytes(target + QStringLiteral("/TXT.rtf"))
+                    .contains("{{\\NeXTGraphic Terms 2024.pdf \\width600 \\height600"));
         QCOMPARE(QDir(target).entryList(QDir::Files).size(), 2);
     }
 }
@@ -382,18 +374,14 @@ void TestRtfWriter::failedPackageWriteKeepsOldText()
     first.setPlainText(QStringLiteral("first version"));
     RtfWriter writer;
     QVERIFY(writer.writeFile(&first, path));
-    QFile text(path + QStringLiteral("/TXT.rtf"));
-    QVERIFY(text.open(QIODevice::ReadOnly));
-    const QByteArray before = text.readAll();
-    text.close();
+    const QByteArray before = fileBytes(path + QStringLiteral("/TXT.rtf"));
 
     // A folder where the new picture's file must go makes that write fail.
     QVERIFY(QDir(path).mkdir(QStringLiteral("logo.png")));
     const auto second = richDocument();
     QVERIFY(!writer.writeFile(second.get(), path));
     QVERIFY(writer.errorString().contains(QStringLiteral("logo.png")));
-    QVERIFY(text.open(QIODevice::ReadOnly));
-    QCOMPARE(text.readAll(), before);
+    QCOMPARE(fileBytes(path + QStringLiteral("/TXT.rtf")), before);
 }
 
 void TestRtfWriter::failedWriteReportsPath()
