@@ -3,6 +3,7 @@
 #include "core/DbItem.h"
 #include "core/lwToolBox.h"
 #include "core/Parser.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 
 #include <QFile>
@@ -281,11 +282,8 @@ void tst_Parser::file()
     QTemporaryDir home;
     QVERIFY(home.isValid());
     const QString fileName = name.startsWith(u"~/"_s) ? name.mid(2) : name;
-    if (!bytes.isNull()) {
-        QFile file(home.filePath(fileName));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
+    if (!bytes.isNull())
+        QVERIFY(writeBytes(home.filePath(fileName), bytes));
 
     LogCapture log;
     const QByteArray oldHome = qgetenv("HOME");

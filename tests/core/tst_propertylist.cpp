@@ -1,5 +1,6 @@
 #include "core/PropertyListReader.h"
 #include "core/PropertyListWriter.h"
+#include "support/CliRunner.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -246,11 +247,10 @@ void TestPropertyList::readsFilesAndTheLockDictionary()
     QCOMPARE(count, 1);
 
     // An empty existing file is damaged, not missing.
-    QFile empty(dir.filePath(QStringLiteral("orders.xml")));
-    QVERIFY(empty.open(QIODevice::WriteOnly));
-    empty.close();
-    QCOMPARE(PropertyListReader::readCollection(empty.fileName(), "orders", [](const auto &) {}),
-             PropertyListReader::Status::Unreadable);
+    QVERIFY(writeBytes(dir.filePath(QStringLiteral("orders.xml")), QByteArray()));
+    QCOMPARE(
+        PropertyListReader::readCollection(dir.filePath(QStringLiteral("orders.xml")), "orders", [](const auto &) {}),
+        PropertyListReader::Status::Unreadable);
 
     // A write into a folder that does not exist fails and says why.
     QString error;

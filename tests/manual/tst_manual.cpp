@@ -94,11 +94,7 @@ void TestManual::changedOrMissingPagesAreRestoredOthersLeftAlone()
 {
     QVERIFY(Manual::installPages());
     const QString dir = Manual::folder() + QLatin1Char('/');
-    {
-        QFile stale(dir + QStringLiteral("items.html"));
-        QVERIFY(stale.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        stale.write("<p>an older manual</p>");
-    }
+    QVERIFY(writeBytes(dir + QStringLiteral("items.html"), "<p>an older manual</p>"));
     QVERIFY(QFile::remove(dir + QStringLiteral("contacts.html")));
     // A page already right must not be rewritten on every click.
     const QDateTime longAgo(QDate(2001, 2, 3), QTime(4, 5, 6));
@@ -125,10 +121,7 @@ void TestManual::pageIsOpenedEvenWhenItCannotBeWritten()
     const QString manualRoot =
         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/manual");
     QDir(manualRoot).removeRecursively();
-    {
-        QFile blocker(manualRoot);
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-    }
+    QVERIFY(writeBytes(manualRoot, QByteArray()));
     LogCapture log;
     ScriptedPlatform platform;
     Manual manual(&platform);

@@ -1,5 +1,6 @@
 #include "core/DatabasePaths.h"
 #include "prefs/PrefsController.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 
@@ -328,9 +329,7 @@ void TestPrefsController::notepadWriteFailureIsOnlyLogged()
 {
     // A file where the bundle folder should be: nothing can be written in it.
     QVERIFY(QDir().mkpath(DatabasePaths::applicationSupportFolder()));
-    QFile blocker(DatabasePaths::standardBundleFolder());
-    QVERIFY(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    QVERIFY(writeBytes(DatabasePaths::standardBundleFolder(), QByteArray()));
 
     PrefsController prefs(&m_platform);
     QSignalSpy spy(&prefs, &PrefsController::listsPopulated);

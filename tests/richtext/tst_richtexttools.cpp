@@ -1,6 +1,7 @@
 #include "DocumentSnapshot.h"
 #include "richtext/RichTextTools.h"
 #include "richtext/RtfReader.h"
+#include "support/CliRunner.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -164,9 +165,7 @@ void TestRichTextTools::pdfOfFixture()
     const QString path = dir.filePath(QStringLiteral("out.pdf"));
     QString error;
     QVERIFY2(RichTextTools::writePdf(&document, path, &error), qPrintable(error));
-    QFile pdf(path);
-    QVERIFY(pdf.open(QIODevice::ReadOnly));
-    const QByteArray data = pdf.readAll();
+    const QByteArray data = fileBytes(path);
     QVERIFY(data.startsWith("%PDF-"));
     QVERIFY(data.contains("/Type /Page"));
     QVERIFY(data.size() > 1000);
