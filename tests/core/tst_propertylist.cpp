@@ -99,7 +99,8 @@ void TestPropertyList::roundTripsAnyText()
                              QStringLiteral("]]> <![CDATA["),
                              QString::fromUtf8("Zoë Ångström – 東京 😀"),
                              QStringLiteral("<string>x</string>"),
-                             QStringLiteral("'\"quotes\"'")};
+                             QStringLiteral("'\"quotes\"'"),
+                             QString(1 << 20, QLatin1Char('x'))};
     PropertyListWriter writer("orders");
     for (const QString &value : values) {
         writer.beginRecord();

@@ -306,6 +306,7 @@ void tst_Orders::materialByName()
     QCOMPARE(describe(m), line);
     QCOMPARE(m.getFieldByName(name), read);
     QVERIFY(!m.getFieldByName(name).isNull());
+    QVERIFY(m.contains(u"anything"_s)); // lines are never filtered by a search
 }
 
 void tst_Orders::materialRecalcTotal_data()
