@@ -89,17 +89,10 @@ void tst_Accounts::actionWriteByName_data()
     QTest::addColumn<int>("changedField"); // index into texts(), -1 for none
     QTest::addColumn<QString>("stored");
 
-    QTest::addRow("details") << u"details"_s << u"x"_s << 0 << u"x"_s;
     QTest::addRow("ENDDATE") << u"ENDDATE"_s << u"x"_s << 1 << u"x"_s;
-    QTest::addRow("EndTime") << u"EndTime"_s << u"x"_s << 2 << u"x"_s;
     QTest::addRow("rate") << u"rate"_s << u"x"_s << 3 << u"x"_s;
-    QTest::addRow("StartDate") << u"StartDate"_s << u"x"_s << 4 << u"x"_s;
-    QTest::addRow("startTime") << u"startTime"_s << u"x"_s << 5 << u"x"_s;
-    QTest::addRow("TotalCharge") << u"TotalCharge"_s << u"x"_s << 6 << u"x"_s;
-    QTest::addRow("totalTime") << u"totalTime"_s << u"x"_s << 7 << u"x"_s;
     QTest::addRow("TotalTimeUnits") << u"TotalTimeUnits"_s << u"Days"_s << 8 << u"Days"_s;
     QTest::addRow("order takes the integer") << u"order"_s << u"12abc"_s << 9 << u"12"_s;
-    QTest::addRow("title") << u"title"_s << u"x"_s << 10 << u"x"_s;
     QTest::addRow("complete by Yes") << u"complete"_s << u"Yes"_s << 11 << u"complete"_s;
     QTest::addRow("complete not by YES") << u"complete"_s << u"YES"_s << -1 << u""_s;
     // Only the date, time and total names match in any case.
@@ -173,17 +166,11 @@ void tst_Accounts::billByName_data()
     QTest::addColumn<int>("field"); // index into texts(): what the name reads, -1 for ""
     QTest::addColumn<bool>("writable");
 
-    QTest::addRow("number") << u"number"_s << 0 << true;
     QTest::addRow("name") << u"name"_s << 1 << true;
     QTest::addRow("surname reads the name only") << u"surname"_s << 1 << false;
-    QTest::addRow("datePaid") << u"datePaid"_s << 2 << true;
     QTest::addRow("datepaid") << u"datepaid"_s << 2 << true;
-    QTest::addRow("net") << u"net"_s << 3 << true;
-    QTest::addRow("vat") << u"vat"_s << 4 << true;
-    QTest::addRow("amount") << u"amount"_s << 5 << true;
     QTest::addRow("details") << u"details"_s << 6 << true;
     QTest::addRow("comments is details") << u"comments"_s << 6 << true;
-    QTest::addRow("category") << u"category"_s << 7 << true;
     for (const char *name : {"Amount", "order", "id", "date"})
         QTest::addRow("%s is unknown", name) << QString::fromLatin1(name) << -1 << false;
 }

@@ -2,17 +2,39 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 using Run = CliRun;
 
+// Every file of the bundle with its bytes, to show that nothing was written.
+QMap<QString, QByteArray> snapshot(const QString &folder)
+{
+    QMap<QString, QByteArray> files;
+    const QStringList names = QDir(folder).entryList(QDir::Files);
+    for (const QString &name : names)
+        files.insert(name, fileBytes(QDir(folder).filePath(name)));
+    return files;
+}
+
+// One item of items.xml; the keys are given as the database stores them.
+QByteArray itemRecord(const QList<std::pair<const char *, QString>> &fields)
+{
+    QByteArray record = "\t\t<dict>\n";
+    for (const auto &[key, value] : fields)
+        record +=
+            "\t\t\t<key>" + QByteArray(key) + "</key>\n\t\t\t<string>" + value.toHtmlEscaped().toUtf8() + "</string>\n";
+    return record + "\t\t</dict>\n";
+}
+
 } // namespace
 
-// Runs the command-line tool as a user would, on bundles in a private home.
+// Runs the command-line tool as a user would, on a copy of a bundle in a private home.
 class TestCli : public QObject
 {
     Q_OBJECT
@@ -21,26 +43,33 @@ private Q_SLOTS:
     void cleanup();
     void helpAndVersion();
     void checkCountsWithoutWriting();
-    void checkRefusesAMissingFolder();
     void saveWritesEverythingAndReleasesTheLock();
     void saveLeavesALockedBundleAlone();
+    void missingBundleIsRefused();
     void badUsage();
+    void exportsTheFlaggedItems();
+    void exportWritesWhatTheAppWrites();
+    void exportBadUsage_data();
+    void exportBadUsage();
+    void importSavesAndReleasesTheLock();
+    void importStopsAtARefusedField();
+    void importRefusesALockedBundle();
 
 private:
-    Run cli(const QStringList &args);
+    Run cli(const QStringList &args) { return runCli(QStringLiteral(LW_CLI), args, m_home->path()); }
     QString bundle() const { return m_home->filePath(QStringLiteral("shop.lwkdb")); }
+    QString home(const QString &name) const { return m_home->filePath(name); }
     QTemporaryDir *m_home = nullptr;
 };
-
-Run TestCli::cli(const QStringList &args)
-{
-    return runCli(QStringLiteral(LW_CLI), args, m_home->path());
-}
 
 void TestCli::init()
 {
     m_home = new QTemporaryDir;
     QVERIFY(m_home->isValid());
+    QVERIFY(QDir().mkpath(m_home->filePath(QStringLiteral("runtime"))));
+    QVERIFY(QFile::setPermissions(m_home->filePath(QStringLiteral("runtime")),
+                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
 }
 
 void TestCli::cleanup()
@@ -61,42 +90,28 @@ void TestCli::helpAndVersion()
 
 void TestCli::checkCountsWithoutWriting()
 {
-    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
     const QStringList before = QDir(bundle()).entryList(QDir::Files);
     const Run run = cli({QStringLiteral("check"), QStringLiteral("--db"), bundle()});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.out, QStringLiteral("contacts 2\norders 2\nitems 1\nmaterials 3\nbills 1\nactions 1\nread-only no\n"));
     QCOMPARE(QDir(bundle()).entryList(QDir::Files), before); // no lock taken, nothing written
 
-    QFile lock(bundle() + QStringLiteral("/lock.xml"));
-    QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.close();
+    QVERIFY(writeBytes(bundle() + QStringLiteral("/lock.xml"), QByteArray()));
     const Run locked = cli({QStringLiteral("check"), QStringLiteral("--db=") + bundle()});
     QCOMPARE(locked.status, 0);
     QVERIFY(locked.out.endsWith(QLatin1String("read-only yes\n")));
 
     // The location preference is used when no --db is given.
-    QDir().mkpath(m_home->filePath(QStringLiteral(".config/Ledgerwick")));
-    QFile settings(m_home->filePath(QStringLiteral(".config/Ledgerwick/Ledgerwick.conf")));
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write("[General]\nLedgerwickDbLocation=~/shop.lwkdb\n");
-    settings.close();
+    QVERIFY(QDir().mkpath(m_home->filePath(QStringLiteral(".config/Ledgerwick"))));
+    QVERIFY(writeBytes(m_home->filePath(QStringLiteral(".config/Ledgerwick/Ledgerwick.conf")),
+                       "[General]\nLedgerwickDbLocation=~/shop.lwkdb\n"));
     const Run byPreference = cli({QStringLiteral("check")});
     QCOMPARE(byPreference.status, 0);
     QVERIFY(byPreference.out.startsWith(QLatin1String("contacts 2\n")));
 }
 
-void TestCli::checkRefusesAMissingFolder()
-{
-    const Run run = cli({QStringLiteral("check"), QStringLiteral("--db"), m_home->filePath(QStringLiteral("nowhere"))});
-    QCOMPARE(run.status, 1);
-    QVERIFY(run.err.contains(QLatin1String("no database at")));
-    QVERIFY(run.out.isEmpty());
-}
-
 void TestCli::saveWritesEverythingAndReleasesTheLock()
 {
-    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
     const Run run = cli({QStringLiteral("save"), QStringLiteral("--db"), bundle()});
     QCOMPARE(run.status, 0);
     QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
@@ -104,9 +119,6 @@ void TestCli::saveWritesEverythingAndReleasesTheLock()
     const QByteArray orders = fileBytes(bundle() + QStringLiteral("/orders.xml"));
     QVERIFY(orders.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist"));
     QVERIFY(orders.contains("<string>Oak &amp; brass, \"quoted\" 5 &gt; 4</string>"));
-    const Run check = cli({QStringLiteral("check"), QStringLiteral("--db"), bundle()});
-    QCOMPARE(check.out,
-             QStringLiteral("contacts 2\norders 2\nitems 1\nmaterials 3\nbills 1\nactions 1\nread-only no\n"));
 
     // A first save on a new place creates the bundle.
     const Run fresh =
@@ -117,12 +129,9 @@ void TestCli::saveWritesEverythingAndReleasesTheLock()
 
 void TestCli::saveLeavesALockedBundleAlone()
 {
-    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
-    QFile lock(bundle() + QStringLiteral("/lock.xml"));
-    QVERIFY(lock.open(QIODevice::WriteOnly));
-    lock.write(
-        "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string></dict></plist>");
-    lock.close();
+    QVERIFY(writeBytes(bundle() + QStringLiteral("/lock.xml"),
+                       "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string>"
+                       "</dict></plist>"));
     const QByteArray before = fileBytes(bundle() + QStringLiteral("/orders.xml"));
     const Run run = cli({QStringLiteral("save"), QStringLiteral("--db"), bundle()});
     QCOMPARE(run.status, 3);
@@ -132,11 +141,194 @@ void TestCli::saveLeavesALockedBundleAlone()
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/lock.xml")));
 }
 
+void TestCli::missingBundleIsRefused()
+{
+    for (const QString &command : {QStringLiteral("check"), QStringLiteral("website-export")}) {
+        const Run run = cli({command, QStringLiteral("--db"), m_home->filePath(QStringLiteral("nowhere"))});
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.err.contains(QLatin1String("no database at")), qPrintable(run.err));
+        QVERIFY(!run.err.contains(QLatin1String("Finished exporting items.")));
+        QVERIFY(run.out.isEmpty());
+    }
+}
+
 void TestCli::badUsage()
 {
     QCOMPARE(cli({QStringLiteral("frobnicate")}).status, 2);
     QCOMPARE(cli({QStringLiteral("check"), QStringLiteral("--db")}).status, 2);
     QCOMPARE(cli({QStringLiteral("save"), QStringLiteral("--colour"), QStringLiteral("red")}).status, 2);
+    QVERIFY(cli({QStringLiteral("--help")}).out.contains(QLatin1String("\n  website-export [--db BUNDLE] ")));
+    QCOMPARE(cli({QStringLiteral("website-export"), QStringLiteral("extra")}).status, 2);
+    QCOMPARE(cli({QStringLiteral("website-export"), QStringLiteral("--folder"), QStringLiteral("x")}).status, 2);
+}
+
+void TestCli::exportsTheFlaggedItems()
+{
+    const QString site = home(u"site/"_s);
+    const QString gone = home(u"gone"_s);
+    QVERIFY(QDir().mkpath(site + u"objects"_s));
+    const QString bundle = home(u"web.lwkdb"_s);
+    QVERIFY(QDir().mkpath(bundle));
+    // No "hidebuttoncode" key reads as off: P2's button is shown at stock 0.
+    const QByteArray items =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
+        "\t<key>products</key>\n\t<array>\n" +
+        itemRecord({{"id", u"2"_s},
+                    {"code", u"P2"_s},
+                    {"qty", u"0"_s},
+                    {"quantitymethod", u"Show quantity"_s},
+                    {"buttoncode", u"<b>B</b>"_s},
+                    {"exportsitemoss", u"YES"_s},
+                    {"websitefolder", home(u"site"_s)}}) +
+        itemRecord({{"id", u"3"_s}, {"code", u"P3"_s}, {"websitefolder", site}}) +
+        itemRecord({{"id", u"4"_s}, {"code", u"P4"_s}, {"exportsitemoss", u"YES"_s}, {"websitefolder", gone}}) +
+        "\t</array>\n</dict>\n</plist>\n";
+    QVERIFY(writeBytes(bundle + u"/items.xml"_s, items));
+
+    const Run run = cli({u"website-export"_s, u"--verbose"_s, u"--db"_s, bundle});
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.out, QString());
+    QVERIFY2(run.err.endsWith(u"Export: Finished exporting items.\n"_s), qPrintable(run.err));
+    QVERIFY2(run.err.contains(u"Unsuccessful exporting data to "_s + gone + u"/objects/LwkItemP4\n"_s),
+             qPrintable(run.err));
+
+    QCOMPARE(QDir(site + u"objects"_s).entryList(QDir::Files, QDir::Name), QStringList{u"LwkItemP2"_s});
+    QVERIFY(fileBytes(site + u"objects/LwkItemP2"_s).contains("Quantity:0</span></div>\n<b>B</b>\n"));
+    QVERIFY(!QFileInfo::exists(gone));
+
+    // The database is only read: no lock taken, nothing rewritten.
+    QCOMPARE(QDir(bundle).entryList(QDir::Files), QStringList{u"items.xml"_s});
+    QCOMPARE(fileBytes(bundle + u"/items.xml"_s), items);
+
+    // Without --verbose the log stays quiet; the alert is still shown.
+    const Run quiet = cli({u"website-export"_s, u"--db="_s + bundle});
+    QCOMPARE(quiet.status, 0);
+    QCOMPARE(quiet.err.count(u"Finished exporting items."_s), 1);
+    QVERIFY(!quiet.err.contains(u"Unsuccessful"_s));
+}
+
+void TestCli::exportWritesWhatTheAppWrites()
+{
+    const auto before = snapshot(bundle());
+    const Run items = cli(
+        {QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--db"), bundle()});
+    QCOMPARE(items.status, 0);
+    QCOMPARE(items.outBytes, QByteArray("\"Code\",\"Item\",\"Qty\",\"Price\",\"Cost\",\"Status\"\r"
+                                        "\"P2\",\"Brass hinge \xC2\xBD\"\",\"14\",\"1,250.00\",\"\",\"\"\r"));
+
+    // The lines of order 5 only, the second row shaded, as a UTF-16 page.
+    const QString output = m_home->filePath(QStringLiteral("lines.html"));
+    const Run lines =
+        cli({QStringLiteral("export"), QStringLiteral("materials"), QStringLiteral("--html"), QStringLiteral("--order"),
+             QStringLiteral("5"), QStringLiteral("--columns"), QStringLiteral("item:Item,qty"),
+             QStringLiteral("--output"), output, QStringLiteral("--db"), bundle()});
+    QCOMPARE(lines.status, 0);
+    QVERIFY(lines.outBytes.isEmpty());
+    const QString page = QStringLiteral(
+        "<html><head><title>Data Export from Ledgerwick</title><body>"
+        "<table cellpadding=2 cellspacing=2 border=0><tr>"
+        "<th style = background:#cccccc;font-family:sans-serif;text-align:left>Item</th>"
+        "<th style = background:#cccccc;font-family:sans-serif;text-align:left>qty</th></tr>"
+        "<tr><td  style = font-family:monospace>Brass hinge</td><td  style = font-family:monospace>2</td></tr>"
+        "<tr><td style = background:#f0f0ff;font-family:monospace style = font-family:monospace>Labour</td>"
+        "<td style = background:#f0f0ff;font-family:monospace style = font-family:monospace>1</td></tr>"
+        "</table><br /></body></head></html>");
+    QByteArray expected("\xFF\xFE", 2);
+    for (const QChar ch : page)
+        expected.append(char(ch.unicode() & 0xFF)).append(char(ch.unicode() >> 8));
+    QCOMPARE(fileBytes(output), expected);
+
+    // Reading only: no lock taken, not a byte changed.
+    QCOMPARE(snapshot(bundle()), before);
+}
+
+void TestCli::exportBadUsage_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("no format") << QStringList{QStringLiteral("items")} << QStringLiteral("usage:");
+    QTest::addRow("unknown list") << QStringList{QStringLiteral("reports"), QStringLiteral("--csv")}
+                                  << QStringLiteral("usage:");
+    QTest::addRow("materials without order") << QStringList{QStringLiteral("materials"), QStringLiteral("--csv"),
+                                                            QStringLiteral("--columns"), QStringLiteral("item:Item")}
+                                             << QStringLiteral("--order ID is required");
+    QTest::addRow("empty column") << QStringList{QStringLiteral("items"), QStringLiteral("--csv"),
+                                                 QStringLiteral("--columns"), QStringLiteral("code:Code,,qty")}
+                                  << QStringLiteral("--columns needs");
+    QTest::addRow("unknown stock filter") << QStringList{QStringLiteral("items"), QStringLiteral("--csv"),
+                                                         QStringLiteral("--filter"), QStringLiteral("Nowhere")}
+                                          << QStringLiteral("the items filter has no entry \"Nowhere\"");
+    QTest::addRow("filter") << QStringList{QStringLiteral("bills"), QStringLiteral("--csv"), QStringLiteral("--filter"),
+                                           QStringLiteral("Paid")}
+                            << QStringLiteral("the bills list has no filter pop-up yet");
+}
+
+void TestCli::exportBadUsage()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QString, message);
+    const Run run = cli(QStringList{QStringLiteral("export")} + args + QStringList{QStringLiteral("--db"), bundle()});
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY(run.outBytes.isEmpty());
+}
+
+void TestCli::importSavesAndReleasesTheLock()
+{
+    const QString file = m_home->filePath(QStringLiteral("stock.tdl"));
+    QVERIFY(writeBytes(file, "code\titem\tqty\tcomments\r\nN1\tNail\t100\tbox\r\nS1\tScrew\t50\t\r\n"));
+    const Run run = cli({QStringLiteral("import"), QStringLiteral("items"), file, QStringLiteral("--db"), bundle()});
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QStringLiteral("Import successful: 2 records imported\n"));
+    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
+
+    const Run items =
+        cli({QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--columns"),
+             QStringLiteral("code:Code,qty:Qty,comments:Notes"), QStringLiteral("--db"), bundle()});
+    QCOMPARE(items.outBytes, QByteArray("\"Code\",\"Qty\",\"Notes\"\r"
+                                        "\"P2\",\"14\",\"\"\r"
+                                        "\"N1\",\"100\",\"Imported using Ledgerwick import routine\nbox\"\r"
+                                        "\"S1\",\"50\",\"Imported using Ledgerwick import routine\n\"\r"));
+
+    // The list's own search field and stock filter apply before the export.
+    const Run searched =
+        cli({QStringLiteral("export"), QStringLiteral("items"), QStringLiteral("--csv"), QStringLiteral("--columns"),
+             QStringLiteral("code:Code"), QStringLiteral("--search"), QStringLiteral("SCREW"),
+             QStringLiteral("--filter"), QStringLiteral("In Stock"), QStringLiteral("--db"), bundle()});
+    QCOMPARE(searched.status, 0);
+    QCOMPARE(searched.outBytes, QByteArray("\"Code\"\r\"S1\"\r"));
+
+    // A file of one line imports nothing and says so.
+    QVERIFY(writeBytes(file, "code\titem"));
+    const Run empty = cli({QStringLiteral("import"), QStringLiteral("items"), file, QStringLiteral("--db"), bundle()});
+    QCOMPARE(empty.status, 1);
+    QCOMPARE(empty.err, QStringLiteral("No Data: Only one row found in csv file\n"));
+    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
+}
+
+void TestCli::importStopsAtARefusedField()
+{
+    const QString file = m_home->filePath(QStringLiteral("stock.csv"));
+    QVERIFY(writeBytes(file, "code\tquantitymethod\nN1\teach\nS1\teach\n"));
+    const Run run = cli({QStringLiteral("import"), QStringLiteral("items"), file, QStringLiteral("--db"), bundle()});
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.err, QStringLiteral("Import stopped: The import stopped at row 1: the field \"quantitymethod\" cannot "
+                                     "be set by an import. 1 records, this row's included, were added to the list.\n"));
+    // What was made before the stop is saved, as at quit.
+    const Run check = cli({QStringLiteral("check"), QStringLiteral("--db"), bundle()});
+    QVERIFY2(check.outBytes.contains("\nitems 2\n"), check.outBytes.constData());
+}
+
+void TestCli::importRefusesALockedBundle()
+{
+    QVERIFY(writeBytes(bundle() + QStringLiteral("/lock.xml"), QByteArray()));
+    const auto before = snapshot(bundle());
+    const QString file = m_home->filePath(QStringLiteral("stock.tdl"));
+    QVERIFY(writeBytes(file, "code\titem\rN1\tNail\r"));
+    const Run run = cli({QStringLiteral("import"), QStringLiteral("items"), file, QStringLiteral("--db"), bundle()});
+    QCOMPARE(run.status, 3);
+    QVERIFY(run.err.contains(QLatin1String("open in another copy")));
+    QCOMPARE(snapshot(bundle()), before);
 }
 
 QTEST_GUILESS_MAIN(TestCli)

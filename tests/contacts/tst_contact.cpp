@@ -28,7 +28,6 @@ class tst_Contact : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void newContact();
     void writeByName_data();
     void writeByName();
     void surname_data();
@@ -39,29 +38,14 @@ private Q_SLOTS:
     void contains();
 };
 
-void tst_Contact::newContact()
-{
-    const Contact contact;
-    QCOMPARE(snapshot(contact),
-             (QStringList{u""_s, u""_s,           u""_s, u"   "_s, u""_s, u""_s, u"0"_s, u""_s, u""_s,         u""_s,
-                          u""_s, u"Individual"_s, u""_s, u""_s,    u""_s, u""_s, u""_s,  u""_s, u"Customer"_s, u""_s}));
-    // Exact names only; the id is written by name but never read.
-    for (const QString &name : {u"jobtitle"_s, u"companyName"_s, u"id"_s})
-        QCOMPARE(contact.getFieldByName(name), u""_s);
-}
-
 void tst_Contact::writeByName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("value");
     QTest::addColumn<QStringList>("changed"); // in read order
 
-    for (const char *name :
-         {"comments", "email", "extension", "fax", "jobTitle", "kind", "mobile", "phone", "title", "type", "website"})
-        QTest::addRow("%s", name) << QString::fromLatin1(name) << u"Zed Q"_s << QStringList{QString::fromLatin1(name)};
+    QTest::addRow("jobTitle") << u"jobTitle"_s << u"Zed Q"_s << QStringList{u"jobTitle"_s};
     QTest::addRow("add1") << u"add1"_s << u"Zed Q"_s << QStringList{u"add1"_s, u"address"_s};
-    QTest::addRow("add2") << u"add2"_s << u"Zed Q"_s << QStringList{u"add2"_s, u"address"_s};
-    QTest::addRow("add3") << u"add3"_s << u"Zed Q"_s << QStringList{u"add3"_s, u"address"_s};
     QTest::addRow("postcode") << u"postcode"_s << u"Zed Q"_s << QStringList{u"address"_s, u"postcode"_s};
     QTest::addRow("name") << u"name"_s << u"Zed Q"_s << QStringList{u"name"_s, u"surname"_s};
     QTest::addRow("company takes the integer") << u"company"_s << u"42x"_s << QStringList{u"company"_s};
@@ -91,6 +75,7 @@ void tst_Contact::writeByName()
 
     QVERIFY(contact.setFieldByName(u"id"_s, u"17"_s));
     QCOMPARE(contact.getID(), 17);
+    QCOMPARE(contact.getFieldByName(u"id"_s), u""_s); // written by name, never read
 }
 
 void tst_Contact::surname_data()

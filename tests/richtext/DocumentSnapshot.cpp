@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
@@ -190,4 +191,23 @@ QString DocumentSnapshot::outline(const QTextDocument &document)
     QStringList blocks;
     outlineFrame(document.rootFrame()->begin(), &blocks);
     return blocks.join(QLatin1Char('\n'));
+}
+
+QTextCharFormat DocumentSnapshot::formatOf(const QTextDocument &document, const QString &text)
+{
+    const QTextCursor found = document.find(text, 0, QTextDocument::FindCaseSensitively);
+    if (found.isNull())
+        return QTextCharFormat();
+    QTextCursor cursor(found);
+    cursor.setPosition(found.selectionStart() + 1);
+    return cursor.charFormat();
+}
+
+QTextTable *DocumentSnapshot::firstTable(const QTextDocument &document)
+{
+    const QList<QTextFrame *> frames = document.rootFrame()->childFrames();
+    for (QTextFrame *frame : frames)
+        if (QTextTable *table = qobject_cast<QTextTable *>(frame))
+            return table;
+    return nullptr;
 }

@@ -1,6 +1,6 @@
-#include <QDir>
+#include "support/CliRunner.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -10,40 +10,6 @@ namespace {
 
 const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
 
-struct Run
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-// Runs "ledgerwick-cli convert ARGS..." as a user would.
-Run convert(const QStringList &args)
-{
-    QProcess process;
-    process.setProgram(QStringLiteral(LW_CLI));
-    process.setArguments(QStringList{QStringLiteral("convert")} + args);
-    process.start();
-    Run run;
-    // A guard against a hung tool, not a timing check.
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        run.err = QStringLiteral("did not finish");
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 class TestConvertCommand : public QObject
@@ -52,7 +18,6 @@ class TestConvertCommand : public QObject
 
 private Q_SLOTS:
     void init();
-    void rtfToText();
     void throughEveryFormat();
     void rtfdPackageBothWays();
     void htmlKeepsTablesAndPictures();
@@ -66,6 +31,11 @@ private Q_SLOTS:
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
     QString path(const QString &name) const { return m_dir->filePath(name); }
+    // Runs "ledgerwick-cli convert ARGS..." as a user would.
+    CliRun convert(const QStringList &args)
+    {
+        return runCli(QStringLiteral(LW_CLI), QStringList{QStringLiteral("convert")} + args, m_dir->path());
+    }
 };
 
 void TestConvertCommand::init()
@@ -74,68 +44,53 @@ void TestConvertCommand::init()
     QVERIFY(m_dir->isValid());
 }
 
-void TestConvertCommand::rtfToText()
-{
-    const Run run = convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("out.txt"))});
-    QCOMPARE(run.exitCode, 0);
-    QVERIFY(run.err.isEmpty() || !run.err.contains(QStringLiteral("convert:")));
-    const QString text = QString::fromUtf8(contents(path(QStringLiteral("out.txt"))));
-    QVERIFY(text.startsWith(QStringLiteral("Счёт № <ordernumber>\nCustomer: Петров Иван\n")));
-    QVERIFY(text.contains(QStringLiteral("Итого 30,00")));
-    QVERIFY(!text.contains(QChar::ObjectReplacementCharacter));
-    QVERIFY(text.endsWith(QLatin1Char('\n')));
-}
-
 void TestConvertCommand::throughEveryFormat()
 {
     // rtf -> html -> rtf -> txt, and txt -> rtf -> txt: the words survive.
-    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("a.html"))}).exitCode, 0);
-    QCOMPARE(convert({path(QStringLiteral("a.html")), path(QStringLiteral("b.rtf"))}).exitCode, 0);
-    QCOMPARE(convert({path(QStringLiteral("b.rtf")), path(QStringLiteral("c.txt"))}).exitCode, 0);
-    const QString text = QString::fromUtf8(contents(path(QStringLiteral("c.txt"))));
+    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("a.html"))}).status, 0);
+    QCOMPARE(convert({path(QStringLiteral("a.html")), path(QStringLiteral("b.rtf"))}).status, 0);
+    QCOMPARE(convert({path(QStringLiteral("b.rtf")), path(QStringLiteral("c.txt"))}).status, 0);
+    const QString text = QString::fromUtf8(fileBytes(path(QStringLiteral("c.txt"))));
     for (const char *words : {"Ledgerwick Trading", "Café crème", "Widget", "€12.50", "Total due: <total>"})
         QVERIFY2(text.contains(QString::fromUtf8(words)), words);
-    QVERIFY(contents(path(QStringLiteral("b.rtf"))).startsWith("{\\rtf1"));
+    QVERIFY(fileBytes(path(QStringLiteral("b.rtf"))).startsWith("{\\rtf1"));
 
-    QFile plain(path(QStringLiteral("plain.txt")));
-    QVERIFY(plain.open(QIODevice::WriteOnly));
-    plain.write("Line one {braces}\nLíne two\n");
-    plain.close();
-    QCOMPARE(convert({path(QStringLiteral("plain.txt")), path(QStringLiteral("plain.rtf"))}).exitCode, 0);
-    QCOMPARE(convert({path(QStringLiteral("plain.rtf")), path(QStringLiteral("again.txt"))}).exitCode, 0);
-    QCOMPARE(contents(path(QStringLiteral("again.txt"))), QByteArray("Line one {braces}\nLíne two\n"));
+    QVERIFY(writeBytes(path(QStringLiteral("plain.txt")), "Line one {braces}\nLíne two\n"));
+    QCOMPARE(convert({path(QStringLiteral("plain.txt")), path(QStringLiteral("plain.rtf"))}).status, 0);
+    QCOMPARE(convert({path(QStringLiteral("plain.rtf")), path(QStringLiteral("again.txt"))}).status, 0);
+    QCOMPARE(fileBytes(path(QStringLiteral("again.txt"))), QByteArray("Line one {braces}\nLíne two\n"));
 }
 
 void TestConvertCommand::rtfdPackageBothWays()
 {
-    QCOMPARE(convert({kData + QStringLiteral("picture.rtfd"), path(QStringLiteral("copy.rtfd"))}).exitCode, 0);
+    QCOMPARE(convert({kData + QStringLiteral("picture.rtfd"), path(QStringLiteral("copy.rtfd"))}).status, 0);
     QVERIFY(QFile::exists(path(QStringLiteral("copy.rtfd/TXT.rtf"))));
     QVERIFY(QFile::exists(path(QStringLiteral("copy.rtfd/swatch.png"))));
     // A folder given with its trailing slash, as a shell completes it.
-    QCOMPARE(convert({path(QStringLiteral("copy.rtfd/")), path(QStringLiteral("flat.rtf"))}).exitCode, 0);
-    const QByteArray rtf = contents(path(QStringLiteral("flat.rtf")));
+    QCOMPARE(convert({path(QStringLiteral("copy.rtfd/")), path(QStringLiteral("flat.rtf"))}).status, 0);
+    const QByteArray rtf = fileBytes(path(QStringLiteral("flat.rtf")));
     QCOMPARE(rtf.count("\\pict\\pngblip"), 3);
     QVERIFY(rtf.contains("Small again: "));
 }
 
 void TestConvertCommand::htmlKeepsTablesAndPictures()
 {
-    QCOMPARE(convert({kData + QStringLiteral("libreoffice.rtf"), path(QStringLiteral("page.html"))}).exitCode, 0);
-    const QByteArray html = contents(path(QStringLiteral("page.html")));
+    QCOMPARE(convert({kData + QStringLiteral("libreoffice.rtf"), path(QStringLiteral("page.html"))}).status, 0);
+    const QByteArray html = fileBytes(path(QStringLiteral("page.html")));
     QVERIFY(html.contains("<img src=\"data:image/png;base64,"));
     QVERIFY(html.contains("Pay online"));
-    QCOMPARE(convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("table.html"))}).exitCode, 0);
-    QVERIFY(contents(path(QStringLiteral("table.html"))).contains("<table"));
+    QCOMPARE(convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("table.html"))}).status, 0);
+    QVERIFY(fileBytes(path(QStringLiteral("table.html"))).contains("<table"));
     // And back: the picture comes from its data URL.
-    QCOMPARE(convert({path(QStringLiteral("page.html")), path(QStringLiteral("back.rtf"))}).exitCode, 0);
-    QCOMPARE(contents(path(QStringLiteral("back.rtf"))).count("\\pict\\pngblip"), 1);
+    QCOMPARE(convert({path(QStringLiteral("page.html")), path(QStringLiteral("back.rtf"))}).status, 0);
+    QCOMPARE(fileBytes(path(QStringLiteral("back.rtf"))).count("\\pict\\pngblip"), 1);
 }
 
 void TestConvertCommand::toPdf()
 {
-    const Run run = convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("invoice.pdf"))});
-    QCOMPARE(run.exitCode, 0);
-    const QByteArray pdf = contents(path(QStringLiteral("invoice.pdf")));
+    const CliRun run = convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("invoice.pdf"))});
+    QCOMPARE(run.status, 0);
+    const QByteArray pdf = fileBytes(path(QStringLiteral("invoice.pdf")));
     QVERIFY(pdf.startsWith("%PDF-"));
     QVERIFY(pdf.size() > 1000);
 }
@@ -155,8 +110,8 @@ void TestConvertCommand::wrongUsage_data()
 void TestConvertCommand::wrongUsage()
 {
     QFETCH(QStringList, args);
-    const Run run = convert(args);
-    QCOMPARE(run.exitCode, 2);
+    const CliRun run = convert(args);
+    QCOMPARE(run.status, 2);
     QVERIFY(run.err.contains(QStringLiteral("usage: ledgerwick-cli convert IN OUT")));
     QVERIFY(run.out.isEmpty());
 }
@@ -175,12 +130,9 @@ void TestConvertCommand::unreadableInput()
 {
     QFETCH(QString, input);
     QFETCH(QString, message);
-    QFile fake(path(QStringLiteral("fake.rtf")));
-    QVERIFY(fake.open(QIODevice::WriteOnly));
-    fake.write("Just some text.\n");
-    fake.close();
-    const Run run = convert({path(input), path(QStringLiteral("out.txt"))});
-    QCOMPARE(run.exitCode, 1);
+    QVERIFY(writeBytes(path(QStringLiteral("fake.rtf")), "Just some text.\n"));
+    const CliRun run = convert({path(input), path(QStringLiteral("out.txt"))});
+    QCOMPARE(run.status, 1);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
     QVERIFY(!QFile::exists(path(QStringLiteral("out.txt"))));
 }
@@ -189,17 +141,14 @@ void TestConvertCommand::unwritableOutput()
 {
     for (const char *name : {"no/such/folder/out.rtf", "no/such/folder/out.pdf", "no/such/folder/out.txt"}) {
         const QString out = path(QString::fromLatin1(name));
-        const Run run = convert({kData + QStringLiteral("cocoa.rtf"), out});
-        QCOMPARE(run.exitCode, 1);
+        const CliRun run = convert({kData + QStringLiteral("cocoa.rtf"), out});
+        QCOMPARE(run.status, 1);
         QVERIFY2(run.err.contains(out), qPrintable(run.err));
     }
     // An existing file in the way of a package folder is left alone.
-    QFile blocking(path(QStringLiteral("notes.rtfd")));
-    QVERIFY(blocking.open(QIODevice::WriteOnly));
-    blocking.write("keep me");
-    blocking.close();
-    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("notes.rtfd"))}).exitCode, 1);
-    QCOMPARE(contents(path(QStringLiteral("notes.rtfd"))), QByteArray("keep me"));
+    QVERIFY(writeBytes(path(QStringLiteral("notes.rtfd")), "keep me"));
+    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("notes.rtfd"))}).status, 1);
+    QCOMPARE(fileBytes(path(QStringLiteral("notes.rtfd"))), QByteArray("keep me"));
 }
 
 QTEST_GUILESS_MAIN(TestConvertCommand)

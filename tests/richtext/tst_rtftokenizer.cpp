@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // The tokens as one readable line: "{ W:rtf1 T:abc H:e9 S:~ B:3 }".
@@ -59,25 +61,25 @@ void TestRtfTokenizer::tokens_data()
     QTest::addColumn<QByteArray>("input");
     QTest::addColumn<QString>("expected");
 
-    QTest::addRow("word with parameter") << QByteArray("{\\rtf1 x}") << "{ W:rtf1 T:x }";
-    QTest::addRow("negative parameter") << QByteArray("\\u-4064 ?") << "W:u-4064 T:?";
-    QTest::addRow("one delimiter space only") << QByteArray("\\b  bold") << "W:b T: bold";
-    QTest::addRow("delimiter is not a letter") << QByteArray("\\par;x") << "W:par T:;x";
-    QTest::addRow("minus without digits ends the word") << QByteArray("\\li-x") << "W:li T:-x";
-    QTest::addRow("control symbols") << QByteArray("\\~\\-\\_\\*\\{\\}\\\\") << "S:~ S:- S:_ S:* S:{ S:} S:\\";
-    QTest::addRow("hex bytes") << QByteArray("\\'e9\\'0AZ") << "H:e9 H:a T:Z";
-    QTest::addRow("hex needs two digits") << QByteArray("\\'g1") << "S:' T:g1";
-    QTest::addRow("backslash-newline ends a paragraph") << QByteArray("a\\\nb\\\r\nc") << "T:a S:NL T:b S:NL T:c";
-    QTest::addRow("line ends in text are dropped") << QByteArray("ab\r\ncd\n") << "T:ab T:cd";
-    QTest::addRow("binary bytes are raw") << QByteArray("\\bin3 {\\}x") << "B:7b5c7d T:x";
-    QTest::addRow("binary cut at the end") << QByteArray("\\bin99 ab") << "B:6162";
-    QTest::addRow("negative binary length") << QByteArray("\\bin-5 ab") << "B: T:ab";
-    QTest::addRow("huge parameter clamps") << QByteArray("\\fs99999999999999999999 x") << "W:fs2147483647 T:x";
-    QTest::addRow("huge negative parameter clamps") << QByteArray("\\li-99999999999 x") << "W:li-2147483647 T:x";
+    QTest::addRow("word with parameter") << QByteArray("{\\rtf1 x}") << u"{ W:rtf1 T:x }"_s;
+    QTest::addRow("negative parameter") << QByteArray("\\u-4064 ?") << u"W:u-4064 T:?"_s;
+    QTest::addRow("one delimiter space only") << QByteArray("\\b  bold") << u"W:b T: bold"_s;
+    QTest::addRow("delimiter is not a letter") << QByteArray("\\par;x") << u"W:par T:;x"_s;
+    QTest::addRow("minus without digits ends the word") << QByteArray("\\li-x") << u"W:li T:-x"_s;
+    QTest::addRow("control symbols") << QByteArray("\\~\\-\\_\\*\\{\\}\\\\") << u"S:~ S:- S:_ S:* S:{ S:} S:\\"_s;
+    QTest::addRow("hex bytes") << QByteArray("\\'e9\\'0AZ") << u"H:e9 H:a T:Z"_s;
+    QTest::addRow("hex needs two digits") << QByteArray("\\'g1") << u"S:' T:g1"_s;
+    QTest::addRow("backslash-newline ends a paragraph") << QByteArray("a\\\nb\\\r\nc") << u"T:a S:NL T:b S:NL T:c"_s;
+    QTest::addRow("line ends in text are dropped") << QByteArray("ab\r\ncd\n") << u"T:ab T:cd"_s;
+    QTest::addRow("binary bytes are raw") << QByteArray("\\bin3 {\\}x") << u"B:7b5c7d T:x"_s;
+    QTest::addRow("binary cut at the end") << QByteArray("\\bin99 ab") << u"B:6162"_s;
+    QTest::addRow("negative binary length") << QByteArray("\\bin-5 ab") << u"B: T:ab"_s;
+    QTest::addRow("huge parameter clamps") << QByteArray("\\fs99999999999999999999 x") << u"W:fs2147483647 T:x"_s;
+    QTest::addRow("huge negative parameter clamps") << QByteArray("\\li-99999999999 x") << u"W:li-2147483647 T:x"_s;
     QTest::addRow("long words are cut") << QByteArray("\\" + QByteArray(40, 'a') + " x")
-                                        << "W:" + QString(32, QLatin1Char('a')) + " T:x";
-    QTest::addRow("lone backslash at the end") << QByteArray("ab\\") << "T:ab";
-    QTest::addRow("hex cut at the end") << QByteArray("\\'e") << "S:' T:e";
+                                        << u"W:"_s + QString(32, QLatin1Char('a')) + " T:x";
+    QTest::addRow("lone backslash at the end") << QByteArray("ab\\") << u"T:ab"_s;
+    QTest::addRow("hex cut at the end") << QByteArray("\\'e") << u"S:' T:e"_s;
 }
 
 void TestRtfTokenizer::tokens()
