@@ -33,10 +33,13 @@ void CliCommand::addDbOption()
 
 int CliCommand::parse(const QStringList &args, qsizetype minPositional, qsizetype maxPositional)
 {
-    // The parser expects the program's name first.
-    if (!m_parser.parse(QStringList{QStringLiteral("ledgerwick-cli")} + args))
+    // The parser expects the program's name first. Asking for help wins
+    // over any other mistake on the line.
+    const bool parsed = m_parser.parse(QStringList{QStringLiteral("ledgerwick-cli")} + args);
+    const bool help = args.contains(QStringLiteral("--help")) || args.contains(QStringLiteral("-h"));
+    if (!parsed && !help)
         return usageError(m_parser.errorText());
-    if (m_parser.isSet(QStringLiteral("help"))) {
+    if (help) {
         // Qt's own first line names the program file; ours names the command.
         QString help = m_parser.helpText();
         help = help.mid(help.indexOf(QLatin1Char('\n')) + 1);

@@ -86,6 +86,13 @@ void TestCli::helpAndVersion()
     const Run version = cli({QStringLiteral("--version")});
     QCOMPARE(version.status, 0);
     QVERIFY(version.out.startsWith(QLatin1String("ledgerwick-cli ")));
+    // Each command explains its own options, and writes nothing doing so.
+    for (const char *command : {"check", "save", "export", "import", "convert", "website-export"}) {
+        const Run own = cli({QLatin1String(command), QStringLiteral("--help"), QStringLiteral("--db"), bundle()});
+        QCOMPARE(own.status, 0);
+        QVERIFY2(own.out.startsWith(QLatin1String("usage: ledgerwick-cli ") + QLatin1String(command)), command);
+    }
+    QVERIFY(!QFile::exists(bundle() + QStringLiteral("/lock.xml")));
 }
 
 void TestCli::checkCountsWithoutWriting()
