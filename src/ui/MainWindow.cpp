@@ -118,7 +118,16 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
     });
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    // The application outlives this window: its focus signal and the tab widgets' signals must not
+    // reach a half-destroyed window while the children are torn down.
+    disconnect(qApp, nullptr, this, nullptr);
+    if (m_tabs)
+        m_tabs->disconnect(this);
+    if (m_accountsTabs)
+        m_accountsTabs->disconnect(this);
+}
 
 QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
 {
