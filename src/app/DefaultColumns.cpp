@@ -38,12 +38,14 @@ QList<lwDataSource::Column> DefaultColumns::forKind(DatabaseStore::Kind kind)
 
 QList<lwDataSource::Column> DefaultColumns::moneyIn()
 {
-    return {col("date", "Date", 90), col("details", "Details", 260), col("amount", "Amount", 90)};
+    // The columns of the "MoneyIn" report definition the bills write.
+    return {col("field1", "Name", 280), col("field2", "Received", 80), col("field3", "Date", 100),
+            col("field4", "Tax", 80)};
 }
 
 QList<lwDataSource::Column> DefaultColumns::statement()
 {
-    return {col("date", "Date", 90), col("details", "Details", 260), col("in", "In", 90), col("out", "Out", 90)};
+    return {col("name", "Statement", 200), col("value", "Amount", 100)};
 }
 
 QList<lwDataSource::Column> DefaultColumns::reports()

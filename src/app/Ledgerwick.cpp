@@ -43,29 +43,32 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     m_items = new ItemManager(this);
     m_orders = makeList(Kind::Orders);
     m_materials = makeList(Kind::Materials);
-    m_bills = makeList(Kind::Bills);
-    m_actions = makeList(Kind::Actions);
+    m_bills = new BillManager(this);
+    m_actions = new ActionManager(this);
     m_managers = {m_contacts, m_orders, m_items, m_materials, m_bills, m_actions};
     for (const auto &file : DatabaseStore::files()) {
         m_managers[size_t(file.kind)]->setLedgerwick(this);
         m_managers[size_t(file.kind)]->setColumns(DefaultColumns::forKind(file.kind));
     }
 
-    // The accounts' and the reports' tables, filled once their managers land.
+    // The money-in table, filled by the report engine once it lands (the
+    // bills' money-in runner), and the statement read from it and the bills.
     m_moneyIn = new RecordTable({}, this);
     m_moneyIn->setObjectName(QStringLiteral("moneyIn"));
     m_moneyIn->setColumns(DefaultColumns::moneyIn());
-    m_statement = new RecordTable({}, this);
-    m_statement->setObjectName(QStringLiteral("statement"));
+    m_statement = new StatementManager(this);
     m_statement->setColumns(DefaultColumns::statement());
+    m_statement->setInTable(m_moneyIn);
+    m_statement->setOutTable(m_bills);
     m_reports = new RecordTable({}, this);
     m_reports->setObjectName(QStringLiteral("reports"));
     m_reports->setColumns(DefaultColumns::reports());
-    for (lwDataSource *list : {m_moneyIn, m_statement, m_reports})
+    for (lwDataSource *list : std::initializer_list<lwDataSource *>{m_moneyIn, m_statement, m_reports})
         list->setLedgerwick(this);
 
     // The preferences' own contact types join the contact pop-ups.
     connect(m_prefs, &PrefsController::listsPopulated, m_contacts, &ContactManager::populateLists);
+    connect(m_prefs, &PrefsController::listsPopulated, m_bills, &BillManager::populateCategories);
 
     m_supplierDataSource = new SupplierDataSource(this);
     m_supplierDataSource->setLedgerwick(this);
@@ -120,6 +123,8 @@ void Ledgerwick::applicationShouldTerminate()
     // In this order: items, actions, bills, contacts (and through them their
     // two other editors), the company editor and orders, as each gains an editor.
     m_items->disconnectWindow(this);
+    m_actions->disconnectWindow(this);
+    m_bills->disconnectWindow(this);
     m_contacts->disconnectWindow(this);
     m_companyEditor->disconnectWindow(this);
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "accounts/ActionManager.h"
+#include "accounts/BillManager.h"
+#include "accounts/StatementManager.h"
 #include "app/DatabaseStore.h"
 #include "contacts/CompanyContactEditor.h"
 #include "contacts/CompanyEditor.h"
@@ -58,14 +61,14 @@ public:
     // The lists whose managers have not landed yet are plain record tables.
     RecordTable *getOrderManager() const { return m_orders; }
     RecordTable *getBOMManager() const { return m_materials; }
-    RecordTable *getBillManager() const { return m_bills; }
-    RecordTable *getActionManager() const { return m_actions; }
+    BillManager *getBillManager() const { return m_bills; }
+    ActionManager *getActionManager() const { return m_actions; }
     // The pick-a-record panel and the list of supplier contacts it offers.
     Picker *getPicker() const { return m_picker; }
     SupplierDataSource *getSupplierDataSource() const { return m_supplierDataSource; }
     // The accounts tab's money-in and statement tables and the reports table.
     RecordTable *getMoneyInList() const { return m_moneyIn; }
-    RecordTable *getStatementList() const { return m_statement; }
+    StatementManager *getStatementList() const { return m_statement; }
     RecordTable *getReportList() const { return m_reports; }
     // The collection that one record file fills.
     lwDataSource *manager(DatabaseStore::Kind kind) const { return m_managers[size_t(kind)]; }
@@ -174,10 +177,10 @@ private:
     ItemManager *m_items = nullptr;
     RecordTable *m_orders = nullptr;
     RecordTable *m_materials = nullptr;
-    RecordTable *m_bills = nullptr;
-    RecordTable *m_actions = nullptr;
+    BillManager *m_bills = nullptr;
+    ActionManager *m_actions = nullptr;
     RecordTable *m_moneyIn = nullptr;
-    RecordTable *m_statement = nullptr;
+    StatementManager *m_statement = nullptr;
     RecordTable *m_reports = nullptr;
     Picker *m_picker = nullptr;
     SupplierDataSource *m_supplierDataSource = nullptr;

@@ -1,6 +1,8 @@
 #include "cli/CliCommand.h"
 #include "cli/Commands.h"
 
+#include "accounts/ActionManager.h"
+#include "accounts/BillManager.h"
 #include "products/ItemManager.h"
 #include "core/CliPlatform.h"
 #include "app/DefaultColumns.h"
@@ -52,12 +54,34 @@ bool applySearchAndFilter(Ledgerwick &ledgerwick, lwDataSource &list, const QStr
     // manager keeps them; the other lists bring theirs with their managers.
     QString *search = nullptr;
     PopUp *filter = nullptr;
+    lwDataSource *filtered = &list;
+    // The accounts' money-in and statement tables follow the bills' period.
+    const bool accountsTable = &list == ledgerwick.getMoneyInList() || &list == ledgerwick.getStatementList();
     if (&list == ledgerwick.getItemManager()) {
         search = &ledgerwick.getItemManager()->editorState().searchText;
         filter = &ledgerwick.getItemManager()->editorState().stockFilter;
     } else if (&list == ledgerwick.getContactManager()) {
         search = &ledgerwick.getContactManager()->editorState().searchText;
         filter = &ledgerwick.getContactManager()->editorState().filter;
+    } else if (&list == ledgerwick.getActionManager()) {
+        search = &ledgerwick.getActionManager()->editorState().searchText;
+        filter = &ledgerwick.getActionManager()->editorState().filter;
+    } else if (&list == ledgerwick.getBillManager() || accountsTable) {
+        BillEditorState &bills = ledgerwick.getBillManager()->editorState();
+        search = &bills.searchText;
+        filter = &bills.period;
+        filtered = ledgerwick.getBillManager();
+        if (line.isSet(QStringLiteral("from")))
+            bills.fromDate = line.value(QStringLiteral("from"));
+    }
+    if (filtered == &list && &list != ledgerwick.getBillManager() && line.isSet(QStringLiteral("from"))) {
+        std::fprintf(stderr, "ledgerwick-cli: only bills, money-in and statement take --from\n");
+        return false;
+    }
+    if (accountsTable && line.isSet(QStringLiteral("search"))) {
+        std::fprintf(stderr, "ledgerwick-cli: the %s table has no search field; --search cannot be applied\n",
+                     qPrintable(kindName));
+        return false;
     }
     if (!search) {
         for (const char *option : {"search", "filter"}) {
@@ -81,7 +105,7 @@ bool applySearchAndFilter(Ledgerwick &ledgerwick, lwDataSource &list, const QStr
             filter->selectTitle(title);
         }
     }
-    list.filter(nullptr);
+    filtered->filter(nullptr);
     return true;
 }
 
@@ -117,9 +141,10 @@ private:
 int exportCommand(const QStringList &args)
 {
     CliCommand line("export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] "
-                    "[--order ID] [--output FILE] [--db BUNDLE]",
-                    "Writes a list as the app's export does. KIND is contacts, orders, items, materials, bills "
-                    "or actions.");
+                    "[--from DATE] [--order ID] [--output FILE] [--db BUNDLE]",
+                    "Writes a list as the app's export does. KIND is contacts, orders, items, materials, bills, "
+                    "actions, money-in or statement; the last two after the bills' --filter period and --from "
+                    "date (in the user's date format).");
     line.parser().addPositionalArgument(QStringLiteral("KIND"), QStringLiteral("the list to export"));
     line.addFlag(QStringLiteral("csv"), QStringLiteral("spreadsheet text (UTF-8)"));
     line.addFlag(QStringLiteral("html"), QStringLiteral("an HTML page (UTF-16)"));
@@ -127,25 +152,30 @@ int exportCommand(const QStringList &args)
                         QStringLiteral("the columns, instead of the list's own"));
     line.addValueOption(QStringLiteral("search"), QStringLiteral("TEXT"), QStringLiteral("the list's search text"));
     line.addValueOption(QStringLiteral("filter"), QStringLiteral("TITLE"), QStringLiteral("the list's filter entry"));
+    line.addValueOption(QStringLiteral("from"), QStringLiteral("DATE"), QStringLiteral("the bills' period start"));
     line.addValueOption(QStringLiteral("order"), QStringLiteral("ID"), QStringLiteral("the order whose lines to export"));
     line.addValueOption(QStringLiteral("output"), QStringLiteral("FILE"),
                         QStringLiteral("where to write (default: standard output)"));
     line.addDbOption();
     if (const int status = line.parse(args, 1, 1); status >= 0)
         return status;
-    const std::optional<Kind> kind = kindNamed(line.positional().first());
+    const QString kindName = line.positional().first();
+    const bool moneyIn = kindName == QLatin1String("money-in");
+    const bool statement = kindName == QLatin1String("statement");
+    const std::optional<Kind> kind = moneyIn || statement ? std::optional<Kind>(Kind::Bills) : kindNamed(kindName);
     const bool html = line.isSet(QStringLiteral("html"));
     if (!kind)
         return line.usageError(QStringLiteral("there is no list called ") + line.positional().first());
     if (html == line.isSet(QStringLiteral("csv")))
         return line.usageError(QStringLiteral("give one of --csv and --html"));
-    const QString kindName = line.positional().first();
     const bool materials = *kind == Kind::Materials;
     bool orderOk = false;
     const int orderId = line.value(QStringLiteral("order")).toInt(&orderOk);
     if (materials != line.isSet(QStringLiteral("order")) || (materials && !orderOk))
         return line.usageError(QStringLiteral("--order ID is required for materials and only for them"));
-    QList<lwDataSource::Column> columns = DefaultColumns::forKind(*kind);
+    QList<lwDataSource::Column> columns = moneyIn     ? DefaultColumns::moneyIn()
+                                          : statement ? DefaultColumns::statement()
+                                                      : DefaultColumns::forKind(*kind);
     if (line.isSet(QStringLiteral("columns")))
         columns = parseColumns(line.value(QStringLiteral("columns")));
     if (columns.isEmpty())
@@ -158,7 +188,9 @@ int exportCommand(const QStringList &args)
     // Reading only: no lock is taken, so this runs beside an open app.
     if (const int status = openBundle(ledgerwick, line.bundleFolder(), BundleAccess::Look); status >= 0)
         return status;
-    lwDataSource &list = *ledgerwick.manager(*kind);
+    lwDataSource &list = moneyIn     ? *ledgerwick.getMoneyInList()
+                         : statement ? *ledgerwick.getStatementList()
+                                     : *ledgerwick.manager(*kind);
     list.setColumns(columns);
     if (!applySearchAndFilter(ledgerwick, list, kindName, line))
         return 2;

@@ -27,8 +27,8 @@ const Command kCommands[] = {
     {"website-export", "website-export [--db BUNDLE] export the page objects of the items marked for the website",
      websiteExportCommand},
     {"export",
-     "export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] [--order ID]\n"
-     "         [--output FILE] [--db BUNDLE]  write a list as the app's export does",
+     "export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] [--from DATE]\n"
+     "         [--order ID] [--output FILE] [--db BUNDLE]  write a list as the app's export does",
      exportCommand},
     {"import", "import KIND FILE [--db BUNDLE] import a tab-separated file into a list, then save", importCommand},
 };

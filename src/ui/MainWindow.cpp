@@ -345,25 +345,28 @@ void MainWindow::addListHeader(const lwDataSource *source, QWidget *header)
     QAbstractItemView *view = viewFor(source);
     if (!view)
         return;
-    for (int i = 0; i < m_tabs->count(); ++i) {
-        if (m_tabs->widget(i) != view)
-            continue;
-        const QString title = m_tabs->tabText(i);
-        const bool wasCurrent = m_tabs->currentIndex() == i;
-        auto *page = new QWidget;
-        page->setObjectName(view->objectName() + QStringLiteral("Page"));
-        page->setProperty("tabIdentifier", view->property("tabIdentifier"));
-        m_tabs->removeTab(i);
-        auto *layout = new QVBoxLayout(page);
-        layout->setContentsMargins(0, 4, 0, 0);
-        layout->setSpacing(4);
-        layout->addWidget(header);
-        layout->addWidget(view, 1);
-        view->show(); // taken out of the tab's stack, it was left hidden
-        m_tabs->insertTab(i, page, title);
-        if (wasCurrent)
-            m_tabs->setCurrentIndex(i);
-        return;
+    // The bills' table sits in the accounts tab's own tabs.
+    for (QTabWidget *tabs : {m_tabs, m_accountsTabs}) {
+        for (int i = 0; i < tabs->count(); ++i) {
+            if (tabs->widget(i) != view)
+                continue;
+            const QString title = tabs->tabText(i);
+            const bool wasCurrent = tabs->currentIndex() == i;
+            auto *page = new QWidget;
+            page->setObjectName(view->objectName() + QStringLiteral("Page"));
+            page->setProperty("tabIdentifier", view->property("tabIdentifier"));
+            tabs->removeTab(i);
+            auto *layout = new QVBoxLayout(page);
+            layout->setContentsMargins(0, 4, 0, 0);
+            layout->setSpacing(4);
+            layout->addWidget(header);
+            layout->addWidget(view, 1);
+            view->show(); // taken out of the tab's stack, it was left hidden
+            tabs->insertTab(i, page, title);
+            if (wasCurrent)
+                tabs->setCurrentIndex(i);
+            return;
+        }
     }
 }
 

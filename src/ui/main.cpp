@@ -1,6 +1,9 @@
 #include "app/Ledgerwick.h"
 #include "prefs/PrefsController.h"
 #include "products/ItemManager.h"
+#include "ui/ActionEditor.h"
+#include "ui/BillEditor.h"
+#include "ui/BillListControls.h"
 #include "ui/CompanyContactEditorWindow.h"
 #include "ui/CompanyEditorWindow.h"
 #include "ui/ContactEditor.h"
@@ -52,6 +55,13 @@ int main(int argc, char *argv[])
                                                                : static_cast<QWidget *>(&companyContactWindow);
         next->restoreGeometry(QSettings().value(QStringLiteral("ContactWindows")).toByteArray());
     });
+    ActionManager *actions = ledgerwick.getActionManager();
+    window.addListHeader(actions, new lwListControls(actions, actions->editorState().searchText,
+                                                     actions->editorState().filter, lwTr("Search titles")));
+    ActionEditor actionEditor(actions, &window);
+    BillManager *bills = ledgerwick.getBillManager();
+    window.addListHeader(bills, new BillListControls(bills));
+    BillEditor billEditor(bills, &window);
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();
@@ -63,5 +73,6 @@ int main(int argc, char *argv[])
     // Opening a document from the desktop is accepted and ignored: any file
     // arguments are passed over.
     ledgerwick.startUp();
+    actions->startAlarmChecker();
     return app.exec();
 }

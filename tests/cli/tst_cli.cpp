@@ -49,6 +49,7 @@ private Q_SLOTS:
     void badUsage();
     void exportsTheFlaggedItems();
     void exportWritesWhatTheAppWrites();
+    void exportsTheAccounts();
     void exportBadUsage_data();
     void exportBadUsage();
     void importSavesAndReleasesTheLock();
@@ -249,6 +250,49 @@ void TestCli::exportWritesWhatTheAppWrites()
     QCOMPARE(snapshot(bundle()), before);
 }
 
+void TestCli::exportsTheAccounts()
+{
+    auto file = [](const char *key, const QList<QList<std::pair<const char *, QString>>> &records) {
+        QByteArray bytes = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n\t<key>" +
+                           QByteArray(key) + "</key>\n\t<array>\n";
+        for (const auto &fields : records)
+            bytes += itemRecord(fields);
+        return bytes.append("\t</array>\n</dict>\n</plist>\n");
+    };
+    QVERIFY(writeBytes(bundle() + u"/bills.xml"_s,
+                       file("bills", {{{"amount", u"1,000.50"_s}, {"datepaid", u"01/02/09"_s}, {"id", u"1"_s}, {"name", u"Rent"_s}},
+                                      {{"amount", u"250.50"_s}, {"datepaid", u"15/02/09"_s}, {"id", u"2"_s}, {"name", u"Gas"_s}},
+                                      {{"amount", u"20"_s}, {"datepaid", u"01/03/09"_s}, {"id", u"3"_s}, {"name", u"Fuel"_s}}})));
+    QVERIFY(writeBytes(bundle() + u"/actions.xml"_s,
+                       file("actions", {{{"complete", u"YES"_s}, {"id", u"1"_s}, {"title", u"Call Zoe"_s}},
+                                        {{"details", u"gloss"_s}, {"id", u"2"_s}, {"title", u"Order paint"_s}}})));
+    auto exported = [this](const QStringList &args) {
+        const Run run = cli(QStringList{u"export"_s} + args + QStringList{u"--csv"_s, u"--db"_s, bundle()});
+        return run.status == 0 ? run.out : u"failed: "_s + run.err;
+    };
+
+    QCOMPARE(exported({u"actions"_s, u"--columns"_s, u"title:Title,complete:Done"_s, u"--filter"_s, u"Incomplete"_s}),
+             u"\"Title\",\"Done\"\r\"Order paint\",\"No\"\r"_s);
+    QCOMPARE(exported({u"actions"_s, u"--columns"_s, u"title"_s, u"--search"_s, u"gloss"_s}), u"\"title\"\r"_s);
+    // A month from 2 February, both ends inclusive, with the rule and totals rows.
+    const QStringList month{u"--filter"_s, u"1 Month"_s, u"--from"_s, u"02/02/09"_s};
+    QCOMPARE(exported(QStringList{u"bills"_s, u"--columns"_s, u"name:Name,amount:Amount"_s} + month),
+             u"\"Name\",\"Amount\"\r\"Gas\",\"250.50\"\r\"Fuel\",\"20\"\r\"\",\"_____\"\r\"\",\"270.50\"\r"_s);
+    const QString statement = exported(QStringList{u"statement"_s} + month);
+    QVERIFY2(statement.startsWith(u"\"Statement\",\"Amount\"\r\"Money In\","_s), qPrintable(statement));
+    QVERIFY2(statement.contains(u"\r\"Money Out\",\"270.50\"\r\"\",\"_____\"\r"_s), qPrintable(statement));
+    QVERIFY(exported(QStringList{u"statement"_s, u"--columns"_s, u"name:Label,v:Value"_s} + month)
+                .contains(u"\"Money Out\",\"270.50\""_s));
+
+    // The calendar months count from today; the money-in definition follows.
+    const QString moneyIn = exported({u"money-in"_s, u"--filter"_s, u"Current calendar month"_s});
+    QVERIFY2(moneyIn.startsWith(u"\"Name\",\"Received\",\"Date\",\"Tax\"\r"_s), qPrintable(moneyIn));
+    const QDate today = QDate::currentDate();
+    QVERIFY(QString::fromUtf8(fileBytes(home(u"Library/Application Support/Ledgerwick/reports/MoneyIn.xml"_s)))
+                .contains(u"<string>&gt;</string>\n\t\t\t<string>"_s +
+                          QDate(today.year(), today.month(), 1).toString(u"dd/MM/yy"_s)));
+}
+
 void TestCli::exportBadUsage_data()
 {
     QTest::addColumn<QStringList>("args");
@@ -265,9 +309,12 @@ void TestCli::exportBadUsage_data()
     QTest::addRow("unknown stock filter") << QStringList{QStringLiteral("items"), QStringLiteral("--csv"),
                                                          QStringLiteral("--filter"), QStringLiteral("Nowhere")}
                                           << QStringLiteral("the items filter has no entry \"Nowhere\"");
-    QTest::addRow("filter") << QStringList{QStringLiteral("bills"), QStringLiteral("--csv"), QStringLiteral("--filter"),
-                                           QStringLiteral("Paid")}
-                            << QStringLiteral("the bills list has no filter pop-up yet");
+    QTest::addRow("unknown period") << QStringList{u"bills"_s, u"--csv"_s, u"--filter"_s, u"Paid"_s}
+                                    << u"the bills filter has no entry \"Paid\""_s;
+    QTest::addRow("start without period") << QStringList{u"items"_s, u"--csv"_s, u"--from"_s, u"01/02/09"_s}
+                                          << u"only bills, money-in and statement take --from"_s;
+    QTest::addRow("statement search") << QStringList{u"statement"_s, u"--csv"_s, u"--search"_s, u"Rent"_s}
+                                      << u"the statement table has no search field"_s;
 }
 
 void TestCli::exportBadUsage()

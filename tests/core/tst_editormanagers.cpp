@@ -24,7 +24,7 @@ struct ManagerRow
     // Adds three records to the manager's list.
     std::function<void(AppFixture &)> addThree;
     QString deleteAlert; // "title | question | buttons"
-    QString closeLogLine;
+    QString closeLogLine; // "": closing logs no line of its own
     bool cancelKeepsCreating; // else a cancel takes the new record out again
     QString file;             // the record file a commit writes
 };
@@ -46,6 +46,26 @@ const std::vector<ManagerRow> &rows()
          },
          u"Delete contact | Do you want to delete the selected item from the database? | OK, Cancel"_s,
          u"contactmanager windowWillClose:"_s, false, u"contacts.xml"_s},
+        {"actions", [](Ledgerwick &l) -> lwEditorManagerBase * { return l.getActionManager(); },
+         [](AppFixture &app) {
+             for (const char *title : {"Call", "Quote", "Visit"}) {
+                 auto action = std::make_shared<Action>();
+                 action->setTitle(QString::fromLatin1(title));
+                 app.ledgerwick->getActionManager()->add(action);
+             }
+         },
+         u"Delete Task | Do you want to delete the selected item from the database? | OK, Cancel"_s, {}, false,
+         u"actions.xml"_s},
+        {"bills", [](Ledgerwick &l) -> lwEditorManagerBase * { return l.getBillManager(); },
+         [](AppFixture &app) {
+             for (const char *name : {"Gas", "Rent", "Water"}) {
+                 auto bill = std::make_shared<Bill>();
+                 bill->setName(QString::fromLatin1(name));
+                 app.ledgerwick->getBillManager()->add(bill);
+             }
+         },
+         u"Delete Bill | Do you want to delete the selected item from the database? | OK, Cancel"_s, {}, true,
+         u"bills.xml"_s},
     };
     return table;
 }
@@ -219,7 +239,8 @@ void tst_EditorManagers::closingTheWindowCommitsUntilDisconnected()
 
     m_manager->create(nullptr);
     m_manager->windowWillClose(nullptr);
-    QCOMPARE(log.lines().value(0), row().closeLogLine);
+    if (!row().closeLogLine.isEmpty())
+        QCOMPARE(log.lines().value(0), row().closeLogLine);
     QCOMPARE(m_manager->getCount(), 4);
     QVERIFY(!m_manager->isEditorShown());
     QVERIFY(QFile::exists(m_app->bundleFile(row().file)));

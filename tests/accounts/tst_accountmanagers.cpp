@@ -1,0 +1,407 @@
+// The rules of the tasks, bills and statement managers that the shared editor
+// contract (tst_editormanagers) does not cover.
+#include "accounts/ActionManager.h"
+#include "accounts/BillManager.h"
+#include "accounts/StatementManager.h"
+#include "core/DatabasePaths.h"
+#include "prefs/PrefsController.h"
+#include "support/AppFixture.h"
+#include "support/LogCapture.h"
+#include "support/TestRecord.h"
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+#include <QSettings>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+CalendarDate at(int day, int month, int year, int hour = 0, int minute = 0)
+{
+    return CalendarDate(QDate(year, month, day), QTime(hour, minute));
+}
+
+QString moneyInFile()
+{
+    return DatabasePaths::applicationSupportFolder() + u"/reports/MoneyIn.xml"_s;
+}
+
+} // namespace
+
+class tst_AccountManagers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void calculateButtons_data();
+    void calculateButtons();
+    void tasksSearchTitlesAndFilter();
+    void alarmGoesOffOnceUntilRearmed();
+
+    void billTableTotals_data();
+    void billTableTotals();
+    void billEditorCalculatesAndKeepsCategories();
+    void billPeriods_data();
+    void billPeriods();
+    void statementBalance_data();
+    void statementBalance();
+
+private:
+    void setUkFormat(bool uk);
+    std::shared_ptr<Action> addAction(const QString &title, const QString &endDate = {}, const QString &endTime = {});
+    std::shared_ptr<Bill> addBill(const QString &datePaid, const QString &amount, const QString &vat = {});
+
+    std::unique_ptr<AppFixture> m_app;
+    ActionManager *m_actions = nullptr;
+    BillManager *m_bills = nullptr;
+    CalendarDate m_now;
+};
+
+void tst_AccountManagers::init()
+{
+    m_app = std::make_unique<AppFixture>();
+    QVERIFY(m_app->isValid());
+    m_actions = m_app->ledgerwick->getActionManager();
+    m_bills = m_app->ledgerwick->getBillManager();
+    m_now = at(1, 2, 2009, 9, 0);
+    m_actions->setClock([this] { return m_now; });
+    m_bills->setClock([this] { return m_now; });
+}
+
+void tst_AccountManagers::cleanup()
+{
+    m_app.reset();
+}
+
+void tst_AccountManagers::setUkFormat(bool uk)
+{
+    QSettings(u"Ledgerwick"_s, u"Ledgerwick"_s).setValue(u"LedgerwickDateFormat"_s, uk ? u"2"_s : u"1"_s);
+    m_app->ledgerwick->getPrefsController()->readDefaults();
+}
+
+std::shared_ptr<Action> tst_AccountManagers::addAction(const QString &title, const QString &endDate,
+                                                       const QString &endTime)
+{
+    auto action = std::make_shared<Action>();
+    action->setTitle(title);
+    action->setEndDate(endDate);
+    action->setEndTime(endTime);
+    m_actions->add(action);
+    return action;
+}
+
+std::shared_ptr<Bill> tst_AccountManagers::addBill(const QString &datePaid, const QString &amount, const QString &vat)
+{
+    auto bill = std::make_shared<Bill>();
+    bill->setDatePaid(datePaid);
+    bill->setAmount(amount);
+    bill->setVat(vat);
+    m_bills->add(bill);
+    return bill;
+}
+
+// --- tasks -------------------------------------------------------------------------
+
+void tst_AccountManagers::calculateButtons_data()
+{
+    QTest::addColumn<bool>("uk");
+    QTest::addColumn<QStringList>("fields"); // start date, start time, end date, end time
+    QTest::addColumn<QString>("units");
+    QTest::addColumn<QString>("time");
+    QTest::addColumn<QString>("charge"); // at rate 20
+
+    const QStringList workday{u"01/02/09"_s, u"09:00"_s, u"01/02/09"_s, u"17:30"_s};
+    QTest::addRow("hours") << true << workday << u"Hours"_s << u"8.5"_s << u"170"_s;
+    QTest::addRow("days") << true << workday << u"Days"_s << u"0.354167"_s << u"7.08334"_s;
+    // Read in the user's order: month first, this night spans midnight.
+    const QStringList night{u"01/31/09"_s, u"22:00"_s, u"02/01/09"_s, u"02:00"_s};
+    QTest::addRow("month first") << false << night << u"Hours"_s << u"4"_s << u"80"_s;
+    QTest::addRow("day first cannot read it") << true << night << u"Hours"_s << u"0"_s << u"0"_s;
+    QTest::addRow("end before start") << true << QStringList{u"02/02/09"_s, u""_s, u"01/02/09"_s, u""_s}
+                                      << u"Hours"_s << u"-24"_s << u"-480"_s;
+}
+
+void tst_AccountManagers::calculateButtons()
+{
+    QFETCH(bool, uk);
+    QFETCH(QStringList, fields);
+    QFETCH(QString, units);
+    setUkFormat(uk);
+    addAction(u"Fit kitchen"_s);
+    m_app->select(m_actions, 0);
+    m_actions->edit(nullptr);
+    ActionEditorState &s = m_actions->editorState();
+    s.startDate = fields[0];
+    s.startTime = fields[1];
+    s.endDate = fields[2];
+    s.endTime = fields[3];
+    s.rate = u"20"_s;
+    s.totalTimeUnits.selectTitle(units);
+    m_actions->calculateTotalTime(nullptr);
+    QTEST(s.totalTime, "time");
+    m_actions->calculateTotalCharge(nullptr);
+    QTEST(s.totalCharge, "charge");
+    // Nothing reaches the record before OK.
+    QCOMPARE(m_actions->currentItem()->getTotalTime(), QString());
+    QCOMPARE(m_actions->currentItem()->getTotalCharge(), QString());
+}
+
+void tst_AccountManagers::tasksSearchTitlesAndFilter()
+{
+    QAbstractItemModelTester tester(m_actions);
+    m_actions->setColumns({{u"title"_s, u"Title"_s}, {u"complete"_s, u"Done"_s}});
+    addAction(u"Order paint"_s)->setDetails(u"gloss white"_s);
+    addAction(u"Paint fence"_s)->setComplete(true);
+    ActionEditorState &s = m_actions->editorState();
+
+    s.searchText = u"gloss"_s; // in the details only
+    m_actions->filter(nullptr);
+    QCOMPARE(m_actions->numberOfRowsInTableView(), 0);
+    s.searchText = u"PAINT"_s;
+    m_actions->filter(nullptr);
+    QCOMPARE(m_actions->numberOfRowsInTableView(), 2);
+
+    s.filter.selectTitle(u"Incomplete"_s);
+    m_actions->filter(nullptr);
+    QCOMPARE(m_actions->numberOfRowsInTableView(), 1);
+    // The box flips the task at once; the row stays until the next filter.
+    const QModelIndex box = m_actions->index(0, 1);
+    QCOMPARE(box.data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+    QVERIFY(box.flags() & Qt::ItemIsUserCheckable);
+    QVERIFY(m_actions->setData(box, Qt::Unchecked, Qt::CheckStateRole)); // the value is ignored
+    QCOMPARE(box.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+    QCOMPARE(m_actions->numberOfRowsInTableView(), 1);
+    QCOMPARE(m_actions->objectValueForTableColumn(u"complete"_s, 0), u"Yes"_s); // what exports show
+    m_actions->filter(nullptr);
+    QCOMPARE(m_actions->numberOfRowsInTableView(), 0);
+}
+
+void tst_AccountManagers::alarmGoesOffOnceUntilRearmed()
+{
+    LogCapture log;
+    m_actions->startAlarmChecker();
+    QVERIFY(m_actions->alarmTimer().isActive());
+    QCOMPARE(m_actions->alarmTimer().interval(), ActionManager::kFirstAlarmRoundMs);
+
+    const auto due = addAction(u"Ring the bank"_s, u"01/02/09"_s, u"10:00"_s);
+    due->setAlarm(true);
+    addAction(u"No alarm"_s, u"01/01/09"_s, u"10:00"_s);
+    const auto later = addAction(u"Post parcels"_s, u"02/02/09"_s, u"10:00"_s);
+    later->setAlarm(true);
+
+    QStringList seen;
+    auto round = [&](const CalendarDate &now) {
+        m_now = now;
+        m_app->platform.alerts.clear();
+        m_actions->checkForOverdueActions();
+        QCOMPARE(m_actions->alarmTimer().interval(), ActionManager::kAlarmRoundMs);
+        QVERIFY(m_actions->alarmTimer().isActive());
+        seen.clear();
+        for (const Platform::Alert &alert : std::as_const(m_app->platform.alerts))
+            seen << AppFixture::alertText(alert);
+    };
+    round(at(1, 2, 2009, 10, 0)); // due, but not yet past
+    QCOMPARE(seen, QStringList());
+    round(at(1, 2, 2009, 10, 1));
+    QCOMPARE(seen, QStringList{u"Alarm | Ring the bank | OK"_s});
+    QVERIFY(due->isAlarmAcknowledged());
+    QVERIFY(log.lines().contains(u"acknowledged"_s));
+    round(at(3, 2, 2009, 0, 0)); // the first once only; the second falls due
+    QCOMPARE(seen, QStringList{u"Alarm | Post parcels | OK"_s});
+    QVERIFY(!QFile::exists(m_app->bundleFile(u"actions.xml"_s))); // acknowledging saves nothing
+
+    // Month first, "01/02/09" falls due on 2 January.
+    setUkFormat(false);
+    due->setAlarmAcknowledged(false);
+    round(at(3, 1, 2009, 0, 0));
+    QCOMPARE(seen, QStringList{u"Alarm | Ring the bank | OK"_s});
+
+    // An OK in the editor offers to re-arm an acknowledged alarm still ahead.
+    setUkFormat(true);
+    m_now = at(1, 2, 2009, 9, 0);
+    for (int answer : {1, 0}) {
+        m_app->select(m_actions, 0);
+        m_actions->edit(nullptr);
+        m_app->platform.alertAnswers.enqueue(answer);
+        m_actions->finish(nullptr);
+        QCOMPARE(AppFixture::alertText(m_app->platform.alerts.last()),
+                 u"Reset Alarm | The alarm for this item has been acknowledged. Would you like to reset the alarm? | OK, No"_s);
+        QCOMPARE(due->isAlarmAcknowledged(), answer != 0);
+    }
+    QVERIFY(QFile::exists(m_app->bundleFile(u"actions.xml"_s)));
+    round(at(1, 2, 2009, 10, 1));
+    QCOMPARE(seen, QStringList{u"Alarm | Ring the bank | OK"_s});
+}
+
+// --- bills ---------------------------------------------------------------------------
+
+void tst_AccountManagers::billTableTotals_data()
+{
+    QTest::addColumn<QStringList>("amounts");
+    QTest::addColumn<QString>("total");
+    QTest::addRow("no bills") << QStringList() << u"0.00"_s;
+    QTest::addRow("commas stripped") << QStringList{u"1,000.50"_s, u"20"_s} << u"1020.50"_s;
+    QTest::addRow("not a number") << QStringList{u"n/a"_s, u"5"_s} << u"5.00"_s;
+}
+
+void tst_AccountManagers::billTableTotals()
+{
+    QFETCH(QStringList, amounts);
+    QAbstractItemModelTester tester(m_bills);
+    for (const QString &amount : amounts)
+        addBill(u"01/02/09"_s, amount, u"1"_s);
+    const int n = int(amounts.size());
+    QCOMPARE(m_bills->numberOfRowsInTableView(), n + 2);
+    QCOMPARE(m_bills->objectValueForTableColumn(u"amount"_s, n), u"_____"_s);
+    QCOMPARE(m_bills->objectValueForTableColumn(u"name"_s, n), QString());
+    QTEST(m_bills->objectValueForTableColumn(u"amount"_s, n + 1), "total");
+    QCOMPARE(m_bills->objectValueForTableColumn(u"vat"_s, n + 1), QString::number(n) + u".00"_s);
+    QCOMPARE(m_bills->objectValueForTableColumn(u"name"_s, n + 1), QString());
+    // The totals rows open no editor and delete nothing.
+    m_app->select(m_bills, n + 1);
+    m_bills->edit(nullptr);
+    m_bills->deleteKey(nullptr);
+    QVERIFY(!m_bills->isEditorShown());
+    QVERIFY(m_app->platform.alerts.isEmpty());
+}
+
+void tst_AccountManagers::billEditorCalculatesAndKeepsCategories()
+{
+    m_app->ledgerwick->getPrefsController()->controls().invoiceCategories = u"Rent\nFuel"_s;
+    m_app->ledgerwick->getPrefsController()->populateLists();
+    addBill(u"01/02/09"_s, u"9"_s)->setCategory(u"Postage"_s);
+    m_app->select(m_bills, 0);
+    m_bills->edit(nullptr);
+    BillEditorState &s = m_bills->editorState();
+    QCOMPARE(s.category.entries, (QStringList{u"Rent"_s, u"Fuel"_s, u"Postage"_s}));
+    QCOMPARE(s.category.selectedTitle(), u"Postage"_s);
+
+    s.net = u"100"_s;
+    s.vat = u"17.5"_s;
+    m_bills->calculateTotal(nullptr);
+    QCOMPARE(s.amount, u"117.50"_s);
+    QCOMPARE(m_bills->currentItem()->getAmount(), u"9"_s);
+    s.category.index = -1; // nothing chosen: the old category stays
+    m_bills->finish(nullptr);
+    QCOMPARE(m_bills->currentItem()->getAmount(), u"117.50"_s);
+    QCOMPARE(m_bills->currentItem()->getCategory(), u"Postage"_s);
+}
+
+void tst_AccountManagers::billPeriods_data()
+{
+    QTest::addColumn<QString>("period");
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<QString>("visible"); // the names of the bills shown
+    QTest::addColumn<QString>("fromAfter");
+    QTest::addColumn<QStringList>("log");
+
+    // Today is 15 March 2009; the bills are named after the day they were paid.
+    QTest::addRow("all") << u"All"_s << u"01/03/09"_s << u"28/02 01/03 08/03 01/04 02/04 bad"_s << u"01/03/09"_s
+                         << QStringList();
+    QTest::addRow("week without start") << u"1 Week"_s << u""_s << u"28/02 01/03 08/03 01/04 02/04 bad"_s << u""_s
+                                        << QStringList();
+    QTest::addRow("week") << u"1 Week"_s << u"01/03/09"_s << u"01/03 08/03 bad"_s << u"01/03/09"_s
+                          << QStringList{u"calculating one week from 01/03/09"_s, u"dateTo is 08/03/09"_s};
+    QTest::addRow("three months") << u"3 Months"_s << u"01/01/09"_s << u"28/02 01/03 08/03 01/04 bad"_s
+                                  << u"01/01/09"_s
+                                  << QStringList{u"calculating THREE montha from 01/01/09"_s, u"dateTo is 01/04/09"_s};
+    QTest::addRow("current month") << u"Current calendar month"_s << u""_s << u"01/03 08/03 01/04 bad"_s
+                                   << u"01/03/09"_s << QStringList();
+    QTest::addRow("last month") << u"Last calendar month"_s << u"01/03/09"_s << u"28/02 01/03 bad"_s << u"01/02/09"_s
+                                << QStringList();
+}
+
+void tst_AccountManagers::billPeriods()
+{
+    QFETCH(QString, period);
+    QFETCH(QString, from);
+    QFETCH(QString, visible);
+    for (const char *day : {"28/02", "01/03", "08/03", "01/04", "02/04"})
+        addBill(QString::fromLatin1(day) + u"/09"_s, u"1"_s)->setName(QString::fromLatin1(day));
+    addBill(u"soon"_s, u"1"_s)->setName(u"bad"_s);
+    m_now = at(15, 3, 2009, 14, 30);
+    QString ranFormat;
+    m_bills->setMoneyInRunner([&](const QString &format) { ranFormat = format; });
+    BillEditorState &s = m_bills->editorState();
+    s.period.selectTitle(period);
+    s.fromDate = from;
+
+    LogCapture log;
+    m_bills->filter(nullptr);
+    QStringList shown;
+    for (int row = 0; row < m_bills->numberOfRowsInTableView() - 2; ++row)
+        shown << m_bills->objectValueForTableColumn(u"name"_s, row);
+    QCOMPARE(shown.join(u' '), visible);
+    QTEST(s.fromDate, "fromAfter");
+    QCOMPARE(s.fromDateEnabled, period.startsWith(u'1') || period.startsWith(u'3'));
+    QTEST(log.lines(), "log");
+
+    // A period waiting for its start writes and runs no money-in report.
+    const bool ran = !(period == u"1 Week"_s && from.isEmpty());
+    QCOMPARE(ranFormat, ran ? u"%d/%m/%y"_s : QString());
+    QCOMPARE(QFile::exists(moneyInFile()), ran);
+    if (!ran)
+        return;
+    QFile file(moneyInFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString definition = QString::fromUtf8(file.readAll());
+    QVERIFY(definition.contains(u"<key>selectfrom</key>\n\t<string>orders</string>"_s));
+    const QString start = u"\t\t\t<string>depositpaid</string>\n\t\t\t<string>&gt;</string>\n"_s;
+    QCOMPARE(definition.contains(start + u"\t\t\t<string>"_s + s.fromDate), period != u"All"_s);
+    QCOMPARE(definition.contains(u"<string>balancepaid</string>\n\t\t\t<string>&lt;</string>"_s), period != u"All"_s);
+}
+
+// --- the statement --------------------------------------------------------------------
+
+void tst_AccountManagers::statementBalance_data()
+{
+    QTest::addColumn<QString>("moneyIn"); // the money-in table's last "field2"; none: no rows
+    QTest::addColumn<QString>("billAmount");
+    QTest::addColumn<QString>("balance");
+    QTest::addRow("in and out") << u"1020.00"_s << u"250.50"_s << u"769.50"_s;
+    QTest::addRow("nothing in") << QString() << u"100"_s << u"-100.00"_s;
+}
+
+void tst_AccountManagers::statementBalance()
+{
+    QFETCH(QString, moneyIn);
+    QFETCH(QString, billAmount);
+    RecordTable in;
+    if (!moneyIn.isNull()) {
+        for (const QString &received : {u"3"_s, moneyIn}) {
+            auto row = std::make_shared<TestRecord>();
+            row->fields.insert(u"field2"_s, received);
+            in.add(row);
+        }
+    }
+    StatementManager *statement = m_app->ledgerwick->getStatementList();
+    QAbstractItemModelTester tester(statement);
+    statement->setInTable(&in);
+    addBill(u"01/02/09"_s, billAmount);
+    m_bills->filter(nullptr);
+
+    QStringList values;
+    for (int row = 0; row < 4; ++row)
+        values << statement->objectValueForTableColumn(u"name"_s, row) + u'='
+                      + statement->objectValueForTableColumn(u"value"_s, row);
+    const QString out = QString::number(billAmount.toDouble(), 'f', 2);
+    QFETCH(QString, balance);
+    QCOMPARE(values, (QStringList{u"Money In="_s + moneyIn, u"Money Out="_s + out, u"=_____"_s, u"="_s + balance}));
+
+    const QList<lwDataSource::Column> one{{u"value"_s, u"Amount"_s}};
+    QCOMPARE(statement->getDataAsCSVusingTableView(one),
+             u"\"Amount\"\r\"%1\"\r\"%2\"\r\"_____\"\r\"%3\"\r"_s.arg(moneyIn, out, balance));
+    const QString html = statement->getDataAsHTMLusingTableView(one);
+    QVERIFY(html.startsWith(u"<table cellpadding=2 cellspacing=2 border=0><tr>"
+                            "<th style = background:#cccccc;font-family:monospace>Amount</th></tr>"_s));
+    QCOMPARE(html.count(u"background:#f0f0ff"_s), 2); // rows 1 and 3
+    statement->setInTable(nullptr);
+}
+
+QTEST_GUILESS_MAIN(tst_AccountManagers)
+#include "tst_accountmanagers.moc"
