@@ -346,27 +346,26 @@ void MainWindow::addListHeader(const lwDataSource *source, QWidget *header)
     if (!view)
         return;
     // The bills' table sits in the accounts tab's own tabs.
-    for (QTabWidget *tabs : {m_tabs, m_accountsTabs}) {
-        for (int i = 0; i < tabs->count(); ++i) {
-            if (tabs->widget(i) != view)
-                continue;
-            const QString title = tabs->tabText(i);
-            const bool wasCurrent = tabs->currentIndex() == i;
-            auto *page = new QWidget;
-            page->setObjectName(view->objectName() + QStringLiteral("Page"));
-            page->setProperty("tabIdentifier", view->property("tabIdentifier"));
-            tabs->removeTab(i);
-            auto *layout = new QVBoxLayout(page);
-            layout->setContentsMargins(0, 4, 0, 0);
-            layout->setSpacing(4);
-            layout->addWidget(header);
-            layout->addWidget(view, 1);
-            view->show(); // taken out of the tab's stack, it was left hidden
-            tabs->insertTab(i, page, title);
-            if (wasCurrent)
-                tabs->setCurrentIndex(i);
-            return;
-        }
+    QTabWidget *tabs = m_tabs->indexOf(view) >= 0 ? m_tabs : m_accountsTabs;
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (tabs->widget(i) != view)
+            continue;
+        const QString title = tabs->tabText(i);
+        const bool wasCurrent = tabs->currentIndex() == i;
+        auto *page = new QWidget;
+        page->setObjectName(view->objectName() + QStringLiteral("Page"));
+        page->setProperty("tabIdentifier", view->property("tabIdentifier"));
+        tabs->removeTab(i);
+        auto *layout = new QVBoxLayout(page);
+        layout->setContentsMargins(0, 4, 0, 0);
+        layout->setSpacing(4);
+        layout->addWidget(header);
+        layout->addWidget(view, 1);
+        view->show(); // taken out of the tab's stack, it was left hidden
+        tabs->insertTab(i, page, title);
+        if (wasCurrent)
+            tabs->setCurrentIndex(i);
+        return;
     }
 }
 
