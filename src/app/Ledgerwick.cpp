@@ -58,11 +58,11 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     m_statement = new RecordTable({}, this);
     m_statement->setObjectName(QStringLiteral("statement"));
     m_statement->setColumns(DefaultColumns::statement());
-    m_reports = new RecordTable({}, this);
-    m_reports->setObjectName(QStringLiteral("reports"));
-    m_reports->setColumns(DefaultColumns::reports());
-    for (lwDataSource *list : {m_moneyIn, m_statement, m_reports})
+    for (lwDataSource *list : {m_moneyIn, m_statement})
         list->setLedgerwick(this);
+    m_reports = makeReportManager(this);
+    m_reports->setObjectName(QStringLiteral("reports"));
+    m_reports->setCurrentContactSource([this] { return getCurrentContactIdAsString(); });
 
     // The preferences' own contact types join the contact pop-ups.
     connect(m_prefs, &PrefsController::listsPopulated, m_contacts, &ContactManager::populateLists);
@@ -98,6 +98,29 @@ RecordTable *Ledgerwick::makeList(Kind kind)
 
 Ledgerwick::~Ledgerwick() = default;
 
+ReportManager *Ledgerwick::makeReportManager(QObject *parent)
+{
+    auto *reports = new ReportManager(parent);
+    reports->setLedgerwick(this);
+    reports->setSourceLookup([this](const QString &selectfrom) { return reportSource(selectfrom); });
+    reports->setUserDateFormat(m_prefs->dateFormat());
+    connect(m_prefs, &PrefsController::dateFormatApplied, reports,
+            [reports, prefs = m_prefs] { reports->setUserDateFormat(prefs->dateFormat()); });
+    return reports;
+}
+
+lwDataSource *Ledgerwick::reportSource(const QString &selectfrom) const
+{
+    const std::pair<const char *, lwDataSource *> sources[] = {
+        {"contacts", m_contacts}, {"itemspurchased", m_materials}, {"orders", m_orders},
+        {"items", m_items},       {"actions", m_actions},          {"bills", m_bills},
+    };
+    for (const auto &[name, source] : sources)
+        if (selectfrom == QLatin1String(name))
+            return source;
+    return nullptr;
+}
+
 void Ledgerwick::setPlatform(Platform *platform)
 {
     m_platform = platform;
@@ -109,6 +132,7 @@ void Ledgerwick::startUp()
 {
     m_prefs->readDefaults(this);
     m_dateFormatter = std::make_unique<lwDateFormatter>(this);
+    m_reports->populateFilter();
     readDatabase();
     lwLog(QStringLiteral("Finished reading database"));
 }

@@ -12,6 +12,7 @@
 #include "ui/NotepadWindow.h"
 #include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
+#include "ui/ReportsPanel.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -52,6 +53,11 @@ int main(int argc, char *argv[])
                                                                : static_cast<QWidget *>(&companyContactWindow);
         next->restoreGeometry(QSettings().value(QStringLiteral("ContactWindows")).toByteArray());
     });
+    contactEditor.setReports(ledgerwick.makeReportManager(&contactEditor), ledgerwick.makeReportManager(&contactEditor));
+    companyContactWindow.setReports(ledgerwick.makeReportManager(&companyContactWindow),
+                                    ledgerwick.makeReportManager(&companyContactWindow));
+    ReportManager *reports = ledgerwick.getReportManager();
+    window.addListHeader(reports, new ReportsPanel(reports, window.viewFor(reports)));
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();
