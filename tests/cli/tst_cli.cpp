@@ -54,6 +54,9 @@ private Q_SLOTS:
     void importSavesAndReleasesTheLock();
     void importStopsAtARefusedField();
     void importRefusesALockedBundle();
+    void reportListsAndRuns();
+    void reportBadUsage_data();
+    void reportBadUsage();
 
 private:
     Run cli(const QStringList &args) { return runCli(QStringLiteral(LW_CLI), args, m_home->path()); }
@@ -87,7 +90,7 @@ void TestCli::helpAndVersion()
     QCOMPARE(version.status, 0);
     QVERIFY(version.out.startsWith(QLatin1String("ledgerwick-cli ")));
     // Each command explains its own options, and writes nothing doing so.
-    for (const char *command : {"check", "save", "export", "import", "convert", "website-export"}) {
+    for (const char *command : {"check", "save", "export", "import", "convert", "website-export", "report"}) {
         const Run own = cli({QLatin1String(command), QStringLiteral("--help"), QStringLiteral("--db"), bundle()});
         QCOMPARE(own.status, 0);
         QVERIFY2(own.out.startsWith(QLatin1String("usage: ledgerwick-cli ") + QLatin1String(command)), command);
@@ -336,6 +339,55 @@ void TestCli::importRefusesALockedBundle()
     QCOMPARE(run.status, 3);
     QVERIFY(run.err.contains(QLatin1String("open in another copy")));
     QCOMPARE(snapshot(bundle()), before);
+}
+
+void TestCli::reportListsAndRuns()
+{
+    const Run list = cli({u"report"_s, u"--list"_s});
+    QCOMPARE(list.status, 0);
+    QCOMPARE(list.out, u"Current Customers\nCurrent Items Purchased\nOutstanding Balances\nReorder Quantities\n"
+                       "Stocktake\nTop Sellers\n"_s);
+
+    // The open contact's lines, their total under the rule; with no contact open, none.
+    const auto before = snapshot(bundle());
+    const Run items = cli({u"report"_s, u"ItemsforOpenContact"_s, u"--csv"_s, u"--contact"_s, u"9"_s, u"--db"_s, bundle()});
+    QCOMPARE(items.status, 0);
+    QCOMPARE(items.outBytes, QByteArray("\"Code\",\"Item\",\"Qty\",\"Total\"\r\"\",\"Brass hinge\",\"2\",\"120.00\"\r"
+                                        "\"\",\"\",\"\",\"_____\"\r\"\",\"\",\"\",\"120.00\"\r"));
+    const Run none = cli({u"report"_s, u"ItemsforOpenContact"_s, u"--csv"_s, u"--db"_s, bundle()});
+    QCOMPARE(none.out.count(u'\r'), 3);
+    QVERIFY(none.out.endsWith(u"\"0.00\"\r"_s));
+    QCOMPARE(snapshot(bundle()), before);
+
+    const QString output = home(u"stock.html"_s);
+    const Run page = cli({u"report"_s, u"Stocktake"_s, u"--html"_s, u"--output"_s, output, u"--db"_s, bundle()});
+    QCOMPARE(page.status, 0);
+    const QByteArray bytes = fileBytes(output);
+    QVERIFY(bytes.startsWith("\xFF\xFE"));
+    const QString text = QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData() + 2), (bytes.size() - 2) / 2);
+    QVERIFY(text.contains(u">Stock Value</th>"_s));
+    QVERIFY(text.contains(u">14.00</td>"_s));
+}
+
+void TestCli::reportBadUsage_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("unknown report") << QStringList{u"Nope"_s, u"--csv"_s} << u"there is no report called \"Nope\""_s;
+    QTest::addRow("no name") << QStringList{u"--csv"_s} << u"give a report's NAME or --list"_s;
+    QTest::addRow("two formats") << QStringList{u"Stocktake"_s, u"--csv"_s, u"--html"_s} << u"give one of"_s;
+    QTest::addRow("contact not an id") << QStringList{u"Stocktake"_s, u"--csv"_s, u"--contact"_s, u"Ann"_s}
+                                       << u"--contact needs"_s;
+}
+
+void TestCli::reportBadUsage()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QString, message);
+    const Run run = cli(QStringList{u"report"_s} + args + QStringList{u"--db"_s, bundle()});
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY(run.outBytes.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestCli)
