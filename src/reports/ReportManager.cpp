@@ -25,6 +25,12 @@ namespace {
 
 const QString kNone = QStringLiteral("field-1");
 
+// The number of a "field<n>" column identifier, read once rather than per row.
+qsizetype columnNumber(const QString &identifier)
+{
+    return identifier.size() < 6 ? 0 : NumberText::intValue(identifier.mid(5));
+}
+
 // The "selectfrom" names a definition may use; anything else has no source.
 const QLatin1String kSources[] = {QLatin1String("contacts"), QLatin1String("itemspurchased"),
                                   QLatin1String("orders"),   QLatin1String("items"),
@@ -164,18 +170,21 @@ void ReportManager::collate(std::vector<std::shared_ptr<ReportItem>> &rows, cons
     QHash<QString, size_t> groupOfText;
     std::vector<size_t> groupOf(n), position(n), nonNumericIndex(n);
     std::vector<char> numeric(n);
+    const qsizetype match = columnNumber(matchCol);
+    const qsizetype qty = columnNumber(qtyCol);
     groupOfText.reserve(qsizetype(n));
     for (size_t r = 0; r < n; ++r) {
-        const auto found = groupOfText.constFind(rows[r]->getFieldByName(matchCol));
-        const size_t g = found != groupOfText.cend() ? *found : groups.size();
-        if (g == groups.size()) {
-            groupOfText.insert(rows[r]->getFieldByName(matchCol), g);
+        const QString key = rows[r]->getnthField(match);
+        auto found = groupOfText.find(key);
+        if (found == groupOfText.end()) {
+            found = groupOfText.insert(key, groups.size());
             groups.emplace_back();
         }
+        const size_t g = *found;
         Group &group = groups[g];
         groupOf[r] = g;
         position[r] = group.members.size();
-        numeric[r] = isNumeric(rows[r]->getFieldByName(qtyCol));
+        numeric[r] = isNumeric(rows[r]->getnthField(qty));
         if (numeric[r] && group.firstNumeric < 0)
             group.firstNumeric = qsizetype(position[r]);
         if (!numeric[r]) {
@@ -283,8 +292,13 @@ void ReportManager::doReport(const QString &name)
         for (const auto &[column, total] : {std::pair{m_totalcol, &m_sum}, std::pair{m_total2col, &m_sum2}}) {
             if (column == kNone)
                 continue;
-            for (const auto &row : rows)
-                *total += NumberText::floatValue(row->getFieldByName(column).remove(QLatin1Char(',')));
+            const qsizetype n = columnNumber(column);
+            for (const auto &row : rows) {
+                QString text = row->getnthField(n);
+                if (text.contains(QLatin1Char(',')))
+                    text.remove(QLatin1Char(','));
+                *total += NumberText::floatValue(text);
+            }
         }
         if (definition.collationmatchcol != kNone && definition.collationqtycol != kNone)
             collate(rows, definition.collationmatchcol, definition.collationqtycol);
