@@ -45,6 +45,26 @@ const char *const kEveryStart[] = {"Stocktake.xml", "Reorder Quantities.xml"};
 // Run by the accounts and contact screens, not offered in the pop-up.
 const char *const kInternal[] = {"MoneyIn.xml", "OrdersforOpenContact.xml", "ItemsforOpenContact.xml"};
 
+// A total's share of one cell: the number with every "," taken out.
+float totalValue(QString text)
+{
+    if (text.contains(QLatin1Char(',')))
+        text.remove(QLatin1Char(','));
+    return NumberText::floatValue(text);
+}
+
+// Two numeric quantities added in single precision, as merged rows hold them.
+QString mergedQuantity(const QString &a, const QString &b)
+{
+    const float sum = NumberText::floatValue(a) + NumberText::floatValue(b);
+    return NumberText::format("%.2f", double(sum));
+}
+
+void logMergeFailure(const QString &a, const QString &b)
+{
+    lwLog(QStringLiteral("couldn't merge %1 and %2").arg(a, b));
+}
+
 // The comparison of every row with every later one, for the one case the
 // single pass cannot follow: a merge that changes the match text itself.
 void collatePairwise(std::vector<std::shared_ptr<ReportItem>> &rows, const QString &matchCol, const QString &qtyCol)
@@ -139,11 +159,10 @@ bool ReportManager::merge(ReportItem &i, const ReportItem &j, const QString &qty
     const QString a = i.getFieldByName(qtyCol);
     const QString b = j.getFieldByName(qtyCol);
     if (!isNumeric(a) || !isNumeric(b)) {
-        lwLog(QStringLiteral("couldn't merge %1 and %2").arg(a, b));
+        logMergeFailure(a, b);
         return false;
     }
-    const float sum = NumberText::floatValue(a) + NumberText::floatValue(b);
-    i.setFieldByName(qtyCol, NumberText::format("%.2f", double(sum)));
+    i.setFieldByName(qtyCol, mergedQuantity(a, b));
     return true;
 }
 
@@ -170,6 +189,7 @@ void ReportManager::collate(std::vector<std::shared_ptr<ReportItem>> &rows, cons
     QHash<QString, size_t> groupOfText;
     std::vector<size_t> groupOf(n), position(n), nonNumericIndex(n);
     std::vector<char> numeric(n);
+    std::vector<QString> quantities(n);
     const qsizetype match = columnNumber(matchCol);
     const qsizetype qty = columnNumber(qtyCol);
     groupOfText.reserve(qsizetype(n));
@@ -184,7 +204,8 @@ void ReportManager::collate(std::vector<std::shared_ptr<ReportItem>> &rows, cons
         Group &group = groups[g];
         groupOf[r] = g;
         position[r] = group.members.size();
-        numeric[r] = isNumeric(rows[r]->getnthField(qty));
+        quantities[r] = rows[r]->getnthField(qty);
+        numeric[r] = isNumeric(quantities[r]);
         if (numeric[r] && group.firstNumeric < 0)
             group.firstNumeric = qsizetype(position[r]);
         if (!numeric[r]) {
@@ -194,6 +215,7 @@ void ReportManager::collate(std::vector<std::shared_ptr<ReportItem>> &rows, cons
         group.members.push_back(r);
     }
 
+    // The merges below are merge() with the quantities read once, in pass one.
     std::vector<char> gone(n);
     for (size_t r = 0; r < n; ++r) {
         if (gone[r])
@@ -202,19 +224,26 @@ void ReportManager::collate(std::vector<std::shared_ptr<ReportItem>> &rows, cons
         const size_t p = position[r];
         if (numeric[r]) {
             // The group's first numeric row: every later row is still there.
+            QString sum = quantities[r];
             for (size_t q = p + 1; q < group.members.size(); ++q) {
                 const size_t j = group.members[q];
-                if (merge(*rows[r], *rows[j], qtyCol))
+                if (numeric[j]) {
+                    sum = mergedQuantity(sum, quantities[j]);
                     gone[j] = 1;
+                } else {
+                    logMergeFailure(sum, quantities[j]);
+                }
             }
+            if (sum != quantities[r])
+                rows[r]->setFieldByName(qtyCol, sum);
         } else if (group.firstNumeric < 0 || qsizetype(p) < group.firstNumeric) {
             // Before the first numeric row nothing has been taken in yet.
             for (size_t q = p + 1; q < group.members.size(); ++q)
-                merge(*rows[r], *rows[group.members[q]], qtyCol);
+                logMergeFailure(quantities[r], quantities[group.members[q]]);
         } else {
             // After it, only the rows that are not numeric are left.
             for (size_t k = nonNumericIndex[r] + 1; k < group.nonNumeric.size(); ++k)
-                merge(*rows[r], *rows[group.members[group.nonNumeric[k]]], qtyCol);
+                logMergeFailure(quantities[r], quantities[group.members[group.nonNumeric[k]]]);
         }
     }
     size_t kept = 0;
@@ -267,39 +296,37 @@ void ReportManager::doReport(const QString &name)
                 for (Condition &condition : *where)
                     condition.value = conditionValue(condition.value);
             const bool secondRows = definition.hasWhere2 && definition.hasFields2;
+            const qsizetype fieldCount = definition.fields.size();
+            // Each row's totals are added as it is made, in the order of the rows.
+            const qsizetype totalAt = m_totalcol == kNone ? -1 : columnNumber(m_totalcol) - 1;
+            const qsizetype total2At = m_total2col == kNone ? -1 : columnNumber(m_total2col) - 1;
+            auto addRow = [&](const dataObject &record, const QStringList &fields) {
+                auto row = std::make_shared<ReportItem>();
+                row->reserve(fieldCount);
+                for (qsizetype f = 0; f < fieldCount; ++f) {
+                    const QString text = record.getFieldByName(fields.value(f));
+                    row->addField(text);
+                    if (f == totalAt)
+                        m_sum += totalValue(text);
+                    if (f == total2At)
+                        m_sum2 += totalValue(text);
+                }
+                rows.push_back(std::move(row));
+            };
             const int count = source->getCount();
             for (int n = 0; n < count; ++n) {
                 const dataObject *record = source->getnthItem(n);
                 if (!record)
                     continue;
-                if (meetsCriteria(*record, definition.where)) {
-                    auto row = std::make_shared<ReportItem>();
-                    for (const QString &field : std::as_const(definition.fields))
-                        row->addField(record->getFieldByName(field));
-                    rows.push_back(std::move(row));
-                }
-                if (secondRows && meetsCriteria(*record, definition.where2)) {
-                    // As many fields as the first layout has.
-                    auto row = std::make_shared<ReportItem>();
-                    for (qsizetype f = 0; f < definition.fields.size(); ++f)
-                        row->addField(record->getFieldByName(definition.fields2.value(f)));
-                    rows.push_back(std::move(row));
-                }
+                if (meetsCriteria(*record, definition.where))
+                    addRow(*record, definition.fields);
+                // As many fields as the first layout has.
+                if (secondRows && meetsCriteria(*record, definition.where2))
+                    addRow(*record, definition.fields2);
             }
         }
 
-        // Totals before the collation, so that both give the same totals.
-        for (const auto &[column, total] : {std::pair{m_totalcol, &m_sum}, std::pair{m_total2col, &m_sum2}}) {
-            if (column == kNone)
-                continue;
-            const qsizetype n = columnNumber(column);
-            for (const auto &row : rows) {
-                QString text = row->getnthField(n);
-                if (text.contains(QLatin1Char(',')))
-                    text.remove(QLatin1Char(','));
-                *total += NumberText::floatValue(text);
-            }
-        }
+        // The totals were taken before the collation, so that both give the same totals.
         if (definition.collationmatchcol != kNone && definition.collationqtycol != kNone)
             collate(rows, definition.collationmatchcol, definition.collationqtycol);
         for (auto &row : rows)
