@@ -253,7 +253,7 @@ bool BillManager::writeMoneyInDefinition(const CalendarDate &end, const QString 
     QByteArray file = PropertyListWriter::dictionary({});
     file.insert(file.lastIndexOf("</dict>"), body);
 
-    const QString folder = DatabasePaths::applicationSupportFolder() + QStringLiteral("/reports");
+    const QString folder = DatabasePaths::reportsFolder();
     if (!QDir().mkpath(folder) || !PropertyListWriter::writeFile(folder + QStringLiteral("/MoneyIn.xml"), file)) {
         lwLog(QStringLiteral("moneyin xml not written successfully"));
         return false;

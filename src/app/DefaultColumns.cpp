@@ -48,7 +48,3 @@ QList<lwDataSource::Column> DefaultColumns::statement()
     return {col("name", "Statement", 200), col("value", "Amount", 100)};
 }
 
-QList<lwDataSource::Column> DefaultColumns::reports()
-{
-    return {col("field1", "Report", 300)};
-}

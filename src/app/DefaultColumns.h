@@ -11,8 +11,7 @@ class DefaultColumns
 {
 public:
     static QList<lwDataSource::Column> forKind(DatabaseStore::Kind kind);
-    // The accounts tab's money-in and statement tables, and the reports table.
+    // The accounts tab's money-in and statement tables.
     static QList<lwDataSource::Column> moneyIn();
     static QList<lwDataSource::Column> statement();
-    static QList<lwDataSource::Column> reports();
 };

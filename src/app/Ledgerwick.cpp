@@ -51,20 +51,23 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
         m_managers[size_t(file.kind)]->setColumns(DefaultColumns::forKind(file.kind));
     }
 
-    // The money-in table, filled by the report engine once it lands (the
-    // bills' money-in runner), and the statement read from it and the bills.
-    m_moneyIn = new RecordTable({}, this);
+    // The money-in table is a report the bills' filter runs from its own
+    // period; the statement reads its totals row and the bills'.
+    m_moneyIn = makeReportManager(this);
     m_moneyIn->setObjectName(QStringLiteral("moneyIn"));
     m_moneyIn->setColumns(DefaultColumns::moneyIn());
+    m_bills->setMoneyInRunner([moneyIn = m_moneyIn](const QString &fromDateFormat) {
+        moneyIn->setFromDate(fromDateFormat);
+        moneyIn->doReport(QStringLiteral("MoneyIn"));
+    });
     m_statement = new StatementManager(this);
     m_statement->setColumns(DefaultColumns::statement());
     m_statement->setInTable(m_moneyIn);
     m_statement->setOutTable(m_bills);
-    m_reports = new RecordTable({}, this);
+    m_statement->setLedgerwick(this);
+    m_reports = makeReportManager(this);
     m_reports->setObjectName(QStringLiteral("reports"));
-    m_reports->setColumns(DefaultColumns::reports());
-    for (lwDataSource *list : std::initializer_list<lwDataSource *>{m_moneyIn, m_statement, m_reports})
-        list->setLedgerwick(this);
+    m_reports->setCurrentContactSource([this] { return getCurrentContactIdAsString(); });
 
     // The preferences' own contact types join the contact pop-ups.
     connect(m_prefs, &PrefsController::listsPopulated, m_contacts, &ContactManager::populateLists);
@@ -101,6 +104,29 @@ RecordTable *Ledgerwick::makeList(Kind kind)
 
 Ledgerwick::~Ledgerwick() = default;
 
+ReportManager *Ledgerwick::makeReportManager(QObject *parent)
+{
+    auto *reports = new ReportManager(parent);
+    reports->setLedgerwick(this);
+    reports->setSourceLookup([this](const QString &selectfrom) { return reportSource(selectfrom); });
+    reports->setUserDateFormat(m_prefs->dateFormat());
+    connect(m_prefs, &PrefsController::dateFormatApplied, reports,
+            [reports, prefs = m_prefs] { reports->setUserDateFormat(prefs->dateFormat()); });
+    return reports;
+}
+
+lwDataSource *Ledgerwick::reportSource(const QString &selectfrom) const
+{
+    const std::pair<const char *, lwDataSource *> sources[] = {
+        {"contacts", m_contacts}, {"itemspurchased", m_materials}, {"orders", m_orders},
+        {"items", m_items},       {"actions", m_actions},          {"bills", m_bills},
+    };
+    for (const auto &[name, source] : sources)
+        if (selectfrom == QLatin1String(name))
+            return source;
+    return nullptr;
+}
+
 void Ledgerwick::setPlatform(Platform *platform)
 {
     m_platform = platform;
@@ -112,6 +138,7 @@ void Ledgerwick::startUp()
 {
     m_prefs->readDefaults(this);
     m_dateFormatter = std::make_unique<lwDateFormatter>(this);
+    m_reports->populateFilter();
     readDatabase();
     lwLog(QStringLiteral("Finished reading database"));
 }

@@ -11,6 +11,7 @@
 #include "core/lwController.h"
 #include "core/lwDataSource.h"
 #include "products/ItemManager.h"
+#include "reports/ReportManager.h"
 
 #include <QObject>
 #include <QString>
@@ -46,8 +47,8 @@ public:
     Manual *getManual() const { return m_manual; }
 
     // --- start and quit -----------------------------------------------------
-    // In order: the preferences, the date formatter, the database (with its
-    // lock), then "Finished reading database" in the log.
+    // In order: the preferences, the date formatter, the reports folder and
+    // list, the database (with its lock), then "Finished reading database".
     void startUp();
     // Before quitting: the preferences are stored as if confirmed, everything
     // is saved (nothing while read-only), then the editors are disconnected.
@@ -67,9 +68,15 @@ public:
     Picker *getPicker() const { return m_picker; }
     SupplierDataSource *getSupplierDataSource() const { return m_supplierDataSource; }
     // The accounts tab's money-in and statement tables and the reports table.
-    RecordTable *getMoneyInList() const { return m_moneyIn; }
+    ReportManager *getMoneyInList() const { return m_moneyIn; }
     StatementManager *getStatementList() const { return m_statement; }
-    RecordTable *getReportList() const { return m_reports; }
+    ReportManager *getReportList() const { return m_reports; }
+    ReportManager *getReportManager() const { return m_reports; }
+    // A report manager for another screen's table (the contact editors'),
+    // reading the same collections and dates as the reports tab's.
+    ReportManager *makeReportManager(QObject *parent);
+    // The collection a report's "selectfrom" names; none for any other name.
+    lwDataSource *reportSource(const QString &selectfrom) const;
     // The collection that one record file fills.
     lwDataSource *manager(DatabaseStore::Kind kind) const { return m_managers[size_t(kind)]; }
     // The checkout, once it exists; none until then.
@@ -179,9 +186,9 @@ private:
     RecordTable *m_materials = nullptr;
     BillManager *m_bills = nullptr;
     ActionManager *m_actions = nullptr;
-    RecordTable *m_moneyIn = nullptr;
+    ReportManager *m_moneyIn = nullptr;
     StatementManager *m_statement = nullptr;
-    RecordTable *m_reports = nullptr;
+    ReportManager *m_reports = nullptr;
     Picker *m_picker = nullptr;
     SupplierDataSource *m_supplierDataSource = nullptr;
     lwDataSource *m_checkoutManager = nullptr; // none until the checkout exists

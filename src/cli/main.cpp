@@ -31,6 +31,10 @@ const Command kCommands[] = {
      "         [--order ID] [--output FILE] [--db BUNDLE]  write a list as the app's export does",
      exportCommand},
     {"import", "import KIND FILE [--db BUNDLE] import a tab-separated file into a list, then save", importCommand},
+    {"report",
+     "report NAME (--csv|--html) [--contact ID] [--output FILE] [--db BUNDLE]\n"
+     "         run a report and write what the reports tab's export writes; report --list names the reports",
+     reportCommand},
 };
 
 void printHelp(FILE *out)

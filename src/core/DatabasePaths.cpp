@@ -50,3 +50,8 @@ QString DatabasePaths::itemImageFile(int itemId)
 {
     return itemImagesFolder() + QLatin1Char('/') + QString::number(itemId) + QStringLiteral(".tiff");
 }
+
+QString DatabasePaths::reportsFolder()
+{
+    return applicationSupportFolder() + QStringLiteral("/reports");
+}

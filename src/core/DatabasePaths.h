@@ -28,4 +28,8 @@ public:
     static QString itemImagesFolder();
     // The picture of one item: "<id>.tiff" in the ItemImages folder.
     static QString itemImageFile(int itemId);
+    // The folder of report definitions, "reports" beside the standard bundle.
+    // It is named "Reports" in some places and "reports" in others; this one
+    // spelling is used on disk by every reader and writer.
+    static QString reportsFolder();
 };

@@ -16,6 +16,12 @@ public:
     // Appends the text and marks its kind: "DATE" when isDate() holds, else
     // "NUMBER" when isNumeric() holds, else "STRING".
     void addField(const QString &text);
+    // Room for that many fields, for rows built many at a time.
+    void reserve(qsizetype count)
+    {
+        m_fields.reserve(count);
+        m_attributes.reserve(count);
+    }
     // Field n counted from 1; "" when there is no such field.
     QString getnthField(qsizetype n) const;
     qsizetype fieldCount() const { return m_fields.size(); }

@@ -3,6 +3,7 @@
 #include "contacts/ContactEditorState.h"
 #include "core/Platform.h"
 #include "core/lwEditorManager.h"
+#include "reports/ReportManager.h"
 #include "ui/integrityTableView.h"
 
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -148,4 +150,31 @@ QTableView *ContactWindowBase::addList(const QString &title, const QString &obje
     layout->addWidget(table);
     m_lists->addWidget(box);
     return table;
+}
+
+void ContactWindowBase::setReports(ReportManager *items, ReportManager *orders)
+{
+    const std::pair<ReportManager *, const char *> lists[] = {{items, "itemTableView"}, {orders, "orderTableView"}};
+    lwEditorManagerBase *editor = editorManager();
+    for (const auto &[report, tableName] : lists) {
+        auto *table = findChild<QTableView *>(QLatin1String(tableName));
+        if (!report || !table)
+            continue;
+        // "currentcontact" is the contact open in this window.
+        report->setCurrentContactSource([editor] {
+            const dataObject *contact = editor->currentRecord();
+            return contact ? QString::number(contact->getID()) : QStringLiteral("-1");
+        });
+        table->setModel(report);
+        connect(report, &ReportManager::reportRun, table, [report, table] {
+            for (int i = 0; i < report->columns().size(); ++i)
+                table->setColumnWidth(i, report->columns().at(i).width);
+        });
+    }
+    connect(editor, &lwEditorManagerBase::editorShown, this, [items = QPointer(items), orders = QPointer(orders)] {
+        if (items)
+            items->doReport(QStringLiteral("ItemsforOpenContact"));
+        if (orders)
+            orders->doReport(QStringLiteral("OrdersforOpenContact"));
+    });
 }

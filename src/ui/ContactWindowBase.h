@@ -10,6 +10,7 @@ class QBoxLayout;
 class QPushButton;
 class QTableView;
 class QAbstractItemModel;
+class ReportManager;
 struct ContactEditorState;
 
 // What the three contact editors share: a form of the contact fields each
@@ -29,6 +30,9 @@ public:
 
     // The control of a field; none when the window does not show it.
     QWidget *field(Field which) const;
+    // The open contact's items and orders, run into the window's two lists
+    // each time the editor opens.
+    void setReports(ReportManager *items, ReportManager *orders);
 
 protected:
     // A button left of Cancel and OK; its click writes the controls back first.

@@ -15,6 +15,7 @@
 #include "ui/NotepadWindow.h"
 #include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
+#include "ui/ReportsPanel.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -62,6 +63,11 @@ int main(int argc, char *argv[])
     BillManager *bills = ledgerwick.getBillManager();
     window.addListHeader(bills, new BillListControls(bills));
     BillEditor billEditor(bills, &window);
+    contactEditor.setReports(ledgerwick.makeReportManager(&contactEditor), ledgerwick.makeReportManager(&contactEditor));
+    companyContactWindow.setReports(ledgerwick.makeReportManager(&companyContactWindow),
+                                    ledgerwick.makeReportManager(&companyContactWindow));
+    ReportManager *reports = ledgerwick.getReportManager();
+    window.addListHeader(reports, new ReportsPanel(reports, window.viewFor(reports)));
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();

@@ -4,10 +4,10 @@
 #include "accounts/BillManager.h"
 #include "accounts/StatementManager.h"
 #include "core/DatabasePaths.h"
+#include "orders/Order.h"
 #include "prefs/PrefsController.h"
 #include "support/AppFixture.h"
 #include "support/LogCapture.h"
-#include "support/TestRecord.h"
 
 #include <QAbstractItemModelTester>
 #include <QFile>
@@ -329,27 +329,31 @@ void tst_AccountManagers::billPeriods()
 
 void tst_AccountManagers::statementBalance_data()
 {
-    QTest::addColumn<QString>("moneyIn"); // the money-in table's last "field2"; none: no rows
+    QTest::addColumn<QStringList>("deposits"); // paid on the orders
+    QTest::addColumn<QString>("moneyIn");
     QTest::addColumn<QStringList>("amounts"); // of the bills
     QTest::addColumn<QString>("moneyOut");
     QTest::addColumn<QString>("balance");
-    QTest::addRow("in and out") << u"1020.00"_s << QStringList{u"250.50"_s} << u"250.50"_s << u"769.50"_s;
-    QTest::addRow("nothing in") << QString() << QStringList{u"100"_s} << u"100.00"_s << u"-100.00"_s;
-    QTest::addRow("no bills") << u"5"_s << QStringList() << u"0.00"_s << u"5.00"_s;
-    QTest::addRow("commas stripped") << u"0"_s << QStringList{u"1,000.50"_s, u"20"_s} << u"1020.50"_s
-                                     << u"-1020.50"_s;
+    QTest::addRow("in and out") << QStringList{u"1,000"_s, u"20"_s} << u"1020.00"_s << QStringList{u"250.50"_s}
+                                << u"250.50"_s << u"769.50"_s;
+    QTest::addRow("nothing in") << QStringList() << u"0.00"_s << QStringList{u"100"_s} << u"100.00"_s << u"-100.00"_s;
+    QTest::addRow("no bills") << QStringList{u"5"_s} << u"5.00"_s << QStringList() << u"0.00"_s << u"5.00"_s;
+    QTest::addRow("commas stripped") << QStringList{u"0"_s} << u"0.00"_s << QStringList{u"1,000.50"_s, u"20"_s}
+                                     << u"1020.50"_s << u"-1020.50"_s;
 }
 
 void tst_AccountManagers::statementBalance()
 {
+    QFETCH(QStringList, deposits);
     QFETCH(QString, moneyIn);
     QFETCH(QStringList, amounts);
-    if (!moneyIn.isNull()) {
-        for (const QString &received : {u"3"_s, moneyIn}) {
-            auto row = std::make_shared<TestRecord>();
-            row->fields.insert(u"field2"_s, received);
-            m_app->ledgerwick->getMoneyInList()->add(row);
-        }
+    // The bills' filter runs the money-in report over the orders' paid deposits.
+    for (const QString &deposit : deposits) {
+        auto order = std::make_shared<Order>();
+        order->setTitle(u"Order"_s);
+        order->setDeposit(deposit);
+        order->setDepositPaid(u"01/02/09"_s);
+        m_app->ledgerwick->getOrderManager()->add(order);
     }
     StatementManager *statement = m_app->ledgerwick->getStatementList();
     QAbstractItemModelTester tester(statement);

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void importSavesAndReleasesTheLock();
     void importStopsAtARefusedField();
     void importRefusesALockedBundle();
+    void reportListsAndRuns();
 
 private:
     Run cli(const QStringList &args) { return runCli(QStringLiteral(LW_CLI), args, m_home->path()); }
@@ -88,7 +89,7 @@ void TestCli::helpAndVersion()
     QCOMPARE(version.status, 0);
     QVERIFY(version.out.startsWith(QLatin1String("ledgerwick-cli ")));
     // Each command explains its own options, and writes nothing doing so.
-    for (const char *command : {"check", "save", "export", "import", "convert", "website-export"}) {
+    for (const char *command : {"check", "save", "export", "import", "convert", "website-export", "report"}) {
         const Run own = cli({QLatin1String(command), QStringLiteral("--help"), QStringLiteral("--db"), bundle()});
         QCOMPARE(own.status, 0);
         QVERIFY2(own.out.startsWith(QLatin1String("usage: ledgerwick-cli ") + QLatin1String(command)), command);
@@ -375,6 +376,39 @@ void TestCli::importRefusesALockedBundle()
     QCOMPARE(run.status, 3);
     QVERIFY(run.err.contains(QLatin1String("open in another copy")));
     QCOMPARE(snapshot(bundle()), before);
+}
+
+void TestCli::reportListsAndRuns()
+{
+    const Run list = cli({u"report"_s, u"--list"_s});
+    QCOMPARE(list.status, 0);
+    QCOMPARE(list.out, u"Current Customers\nCurrent Items Purchased\nOutstanding Balances\nReorder Quantities\n"
+                       "Stocktake\nTop Sellers\n"_s);
+
+    // The open contact's lines, their total under the rule; with no contact open, none.
+    const auto before = snapshot(bundle());
+    const Run items = cli({u"report"_s, u"ItemsforOpenContact"_s, u"--csv"_s, u"--contact"_s, u"9"_s, u"--db"_s, bundle()});
+    QCOMPARE(items.status, 0);
+    QCOMPARE(items.outBytes, QByteArray("\"Code\",\"Item\",\"Qty\",\"Total\"\r\"\",\"Brass hinge\",\"2\",\"120.00\"\r"
+                                        "\"\",\"\",\"\",\"_____\"\r\"\",\"\",\"\",\"120.00\"\r"));
+    const Run none = cli({u"report"_s, u"ItemsforOpenContact"_s, u"--csv"_s, u"--db"_s, bundle()});
+    QCOMPARE(none.out.count(u'\r'), 3);
+    QVERIFY(none.out.endsWith(u"\"0.00\"\r"_s));
+    QCOMPARE(snapshot(bundle()), before);
+
+    const QString output = home(u"stock.html"_s);
+    const Run page = cli({u"report"_s, u"Stocktake"_s, u"--html"_s, u"--output"_s, output, u"--db"_s, bundle()});
+    QCOMPARE(page.status, 0);
+    const QByteArray bytes = fileBytes(output);
+    QVERIFY(bytes.startsWith("\xFF\xFE"));
+    const QString text = QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData() + 2), (bytes.size() - 2) / 2);
+    QVERIFY(text.contains(u">Stock Value</th>"_s));
+    QVERIFY(text.contains(u">14.00</td>"_s));
+
+    const Run unknown = cli({u"report"_s, u"Nope"_s, u"--csv"_s, u"--db"_s, bundle()});
+    QCOMPARE(unknown.status, 2);
+    QVERIFY(unknown.err.contains(u"there is no report called \"Nope\""_s));
+    QCOMPARE(cli({u"report"_s, u"Stocktake"_s, u"--csv"_s, u"--html"_s}).status, 2);
 }
 
 QTEST_GUILESS_MAIN(TestCli)

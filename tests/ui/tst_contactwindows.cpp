@@ -3,6 +3,8 @@
 #include "contacts/CompanyContactEditor.h"
 #include "contacts/CompanyEditor.h"
 #include "contacts/ContactManager.h"
+#include "orders/Material.h"
+#include "orders/Order.h"
 #include "support/AppFixture.h"
 #include "ui/CompanyContactEditorWindow.h"
 #include "ui/CompanyEditorWindow.h"
@@ -29,6 +31,7 @@ private Q_SLOTS:
     void theOutlineOpensEachKindInItsEditor();
     void contactEditorButtons();
     void companyWindows();
+    void editorsRunTheOpenContactsReports();
 
 private:
     template<typename T> T *find(QWidget *window, const QString &name)
@@ -67,6 +70,8 @@ void tst_ContactWindows::init()
     m_editor = new ContactEditor(m_contacts, m_window.get());
     m_company = new CompanyEditorWindow(l.getCompanyEditor(), m_contacts, m_window.get());
     m_person = new CompanyContactEditorWindow(l.getCompanyContactEditor(), m_window.get());
+    m_editor->setReports(l.makeReportManager(m_editor), l.makeReportManager(m_editor));
+    m_person->setReports(l.makeReportManager(m_person), l.makeReportManager(m_person));
     m_acme = m_app->addContact(u"Acme"_s);
     m_acme->makeCompany();
     m_acme->setAdd1(u"1 Forge Lane"_s);
@@ -144,6 +149,32 @@ void tst_ContactWindows::companyWindows()
     find<QLineEdit>(m_person, u"jobTitleEdit"_s)->setText(u"Buyer"_s);
     click(m_person, "okButton");
     QCOMPARE(m_ann->getJobTitle(), u"Buyer"_s);
+}
+
+void tst_ContactWindows::editorsRunTheOpenContactsReports()
+{
+    Ledgerwick &l = *m_app->ledgerwick;
+    l.getReportManager()->populateFilter();
+    for (const auto &contact : {m_ann, m_ann, m_acme}) {
+        auto order = std::make_shared<Order>();
+        order->setValue(u"10.00"_s);
+        order->setContact(contact);
+        l.getOrderManager()->add(order);
+        auto line = std::make_shared<Material>(order->getID());
+        line->setContact(contact->getID());
+        l.getBOMManager()->add(line);
+    }
+    // Each window shows the orders and lines of the contact it has open,
+    // with the totals rows below.
+    m_contacts->editThisContact(m_ann.get());
+    QTRY_VERIFY(m_person->isVisible());
+    QCOMPARE(m_person->orderTable()->model()->rowCount(), 2 + 2);
+    QCOMPARE(m_person->itemTable()->model()->rowCount(), 2 + 2);
+    QCOMPARE(m_person->orderTable()->model()->index(3, 3).data().toString(), u"20.00"_s);
+    m_app->select(m_contacts, 1);
+    m_contacts->edit(nullptr);
+    QTRY_VERIFY(m_editor->isVisible());
+    QCOMPARE(m_editor->orderTable()->model()->rowCount(), 0 + 2); // Bea has none
 }
 
 QTEST_MAIN(tst_ContactWindows)
