@@ -7,6 +7,7 @@
 #include "contacts/Contact.h"
 #include "core/lwDataSource.h"
 #include "core/NumberText.h"
+#include "core/AtomicFile.h"
 #include "core/PropertyListWriter.h"
 #include "orders/Material.h"
 #include "orders/Order.h"
@@ -21,6 +22,7 @@
 #include <functional>
 #include <thread>
 #include <cstring>
+#include <unistd.h>
 
 namespace {
 
@@ -254,9 +256,12 @@ void applyFields(R &record, const Dict &dict, const std::vector<Field<R>> &table
     }
 }
 
+// Hands the bytes made so far on once the buffer holds this much.
+constexpr qsizetype kFlushBytes = 4 << 20;
+
 template<class R>
 bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qsizetype from, qsizetype to,
-                  const std::vector<Field<R>> &table, QString *error)
+                  const std::vector<Field<R>> &table, QString *error, const DatabaseStore::Sink *sink)
 {
     // The mark-up opening each field, made once per table.
     static const std::vector<PropertyListWriter::Key> keys = [&] {
@@ -305,6 +310,11 @@ bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qs
             }
         }
         writer.endRecord();
+        if (sink && writer.size() >= kFlushBytes) {
+            if (!(*sink)(writer))
+                return false;
+            writer.discard();
+        }
     }
     return true;
 }
@@ -423,32 +433,38 @@ bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, 
     // Roughly the size of the records last time, to avoid growing the buffer.
     static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
     PropertyListWriter writer(std::max<qsizetype>(to - from, 0) * bytesPerRecord[size_t(kind)]);
-    bool ok = true;
-    switch (kind) {
-    case Kind::Contacts:
-        ok = writeRecords(writer, collection, from, to, contactFields(), error);
-        break;
-    case Kind::Orders:
-        ok = writeRecords(writer, collection, from, to, orderFields(), error);
-        break;
-    case Kind::Items:
-        ok = writeRecords(writer, collection, from, to, itemFields(), error);
-        break;
-    case Kind::Materials:
-        ok = writeRecords(writer, collection, from, to, materialFields(), error);
-        break;
-    case Kind::Bills:
-        ok = writeRecords(writer, collection, from, to, billFields(), error);
-        break;
-    case Kind::Actions:
-        ok = writeRecords(writer, collection, from, to, actionFields(), error);
-        break;
-    }
-    if (!ok)
+    if (!writeRecords(kind, collection, from, to, writer, error, nullptr))
         return false;
     writer.finishRecords();
     out = writer.data();
     return true;
+}
+
+bool DatabaseStore::writeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
+                                 PropertyListWriter &writer, QString *error, const Sink *sink)
+{
+    bool ok = true;
+    switch (kind) {
+    case Kind::Contacts:
+        ok = ::writeRecords(writer, collection, from, to, contactFields(), error, sink);
+        break;
+    case Kind::Orders:
+        ok = ::writeRecords(writer, collection, from, to, orderFields(), error, sink);
+        break;
+    case Kind::Items:
+        ok = ::writeRecords(writer, collection, from, to, itemFields(), error, sink);
+        break;
+    case Kind::Materials:
+        ok = ::writeRecords(writer, collection, from, to, materialFields(), error, sink);
+        break;
+    case Kind::Bills:
+        ok = ::writeRecords(writer, collection, from, to, billFields(), error, sink);
+        break;
+    case Kind::Actions:
+        ok = ::writeRecords(writer, collection, from, to, actionFields(), error, sink);
+        break;
+    }
+    return ok;
 }
 
 namespace {
@@ -469,74 +485,75 @@ void onBothCores(size_t tasks, const std::function<void(size_t)> &task)
         thread.join();
 }
 
-// One stretch of a file's records, built on its own.
-struct Chunk
-{
-    DatabaseStore::Kind kind;
-    qsizetype from, to;
-    QByteArray bytes;
-    bool built = false;
-    QString error;
-};
-
-// Copies an unreadable file aside before it is first replaced; answers the
-// line to log. A file that could not be read is never replaced by what
-// little was loaded from it.
+// Keeps an unreadable file aside before it is first replaced (a hard link,
+// or a copy where links are impossible): a file that could not be read is
+// never replaced by what little was loaded from it. Answers the name of the
+// copy; the mark stays when it could not be made.
 QString keepUnreadableAside(bool &unreadable, const QString &path)
 {
     if (!unreadable)
         return {};
-    if (!QFile::exists(path)) {
+    if (!QFileInfo::exists(path)) {
         unreadable = false;
         return {};
     }
     const QString stamp = CalendarDate::currentDate().toString(QStringLiteral("%Y%m%d-%H%M%S"));
     QString aside = path + QStringLiteral(".unreadable-") + stamp;
-    for (int n = 2; QFile::exists(aside); ++n)
+    for (int n = 2; QFileInfo::exists(aside); ++n)
         aside = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
-    if (!QFile::copy(path, aside))
+    if (::link(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) != 0 &&
+        !QFile::copy(path, aside))
         return {};
     unreadable = false;
-    return QStringLiteral("%1 could not be read at start; kept as %2")
-        .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName());
+    return QFileInfo(aside).fileName();
 }
 
-// Writes one file from its built stretches; safe to run for different kinds at once.
-DatabaseStore::WriteOutcome writeFile(DatabaseStore::Kind kind, const std::vector<const Chunk *> &chunks,
-                                      const QString &folder, bool &unreadable)
+// Builds one file and streams it to disk through one buffer; safe to run for
+// different kinds at once.
+DatabaseStore::WriteOutcome writeFile(DatabaseStore::Kind kind, const lwDataSource &collection, const QString &folder,
+                                      bool &unreadable)
 {
     using Result = DatabaseStore::WriteResult;
     DatabaseStore::WriteOutcome outcome;
     const auto &file = DatabaseStore::fileOf(kind);
     const QString path = QDir(folder).filePath(QString::fromLatin1(file.fileName));
     const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
-    for (const Chunk *chunk : chunks) {
-        if (!chunk->built) {
-            // A record that cannot be written stops the save here.
-            outcome.log << failure << QStringLiteral("error: ") + chunk->error;
-            outcome.result = Result::Stopped;
-            return outcome;
-        }
-    }
-    const QString kept = keepUnreadableAside(unreadable, path);
-    if (!kept.isEmpty())
-        outcome.log << kept;
-    if (unreadable) {
-        outcome.log << failure << QStringLiteral("error: the unreadable file could not be set aside");
-        outcome.result = Result::Failed;
+    auto failed = [&](Result result, const QString &reason) {
+        outcome.log << failure << QStringLiteral("error: ") + reason;
+        outcome.result = result;
+        outcome.reason = reason;
         return outcome;
-    }
-    QList<QByteArray> parts;
-    parts << PropertyListWriter::header(file.collectionKey);
-    for (const Chunk *chunk : chunks)
-        parts << chunk->bytes;
-    parts << PropertyListWriter::footer();
+    };
+    outcome.keptAs = keepUnreadableAside(unreadable, path);
+    if (!outcome.keptAs.isEmpty())
+        outcome.log << QStringLiteral("%1 could not be read at start; kept as %2")
+                           .arg(QLatin1String(file.fileName), outcome.keptAs);
+    if (unreadable)
+        return failed(Result::Failed, QStringLiteral("the unreadable file could not be set aside"));
+
+    AtomicFile out(path);
+    if (!out.open())
+        return failed(Result::Failed, out.errorString());
+    PropertyListWriter writer(2 * kFlushBytes);
+    const QByteArray header = PropertyListWriter::header(file.collectionKey);
+    bool written = out.write(header.constData(), header.size());
+    const DatabaseStore::Sink sink = [&](const PropertyListWriter &made) {
+        written = written && out.write(made.bytes(), made.size());
+        return written;
+    };
     QString error;
-    if (!PropertyListWriter::writeFile(path, parts, &error)) {
-        outcome.log << failure << QStringLiteral("error: ") + error;
-        outcome.result = Result::Failed;
-        return outcome;
+    if (!DatabaseStore::writeRecords(kind, collection, 0, collection.getCount(), writer, &error, &sink)) {
+        if (written) // a record that cannot be written stops the save here
+            return failed(Result::Stopped, error);
     }
+    const QByteArray footer = PropertyListWriter::footer();
+    written = written && sink(writer) && out.write(footer.constData(), footer.size());
+    if (!written || !out.commit())
+        return failed(Result::Failed, out.errorString());
+    if (const qsizetype replaced = writer.replacedCharacters())
+        outcome.log << QStringLiteral("%1: %2 characters XML cannot hold were written as U+FFFD")
+                           .arg(QLatin1String(file.fileName))
+                           .arg(replaced);
     outcome.result = Result::Written;
     return outcome;
 }
@@ -564,34 +581,16 @@ std::array<DatabaseStore::WriteOutcome, 6> DatabaseStore::writeFiles(const std::
                                                                      const QString &folder,
                                                                      std::array<bool, 6> &unreadable)
 {
-    constexpr qsizetype kChunkRecords = 40000;
-    std::vector<Kind> kinds = asked;
-    std::vector<Chunk> chunks;
-    for (Kind kind : kinds) {
-        const qsizetype count = collections[size_t(kind)]->getCount();
-        qsizetype from = 0;
-        do {
-            chunks.push_back({kind, from, std::min(count, from + kChunkRecords), {}, false, {}});
-            from += kChunkRecords;
-        } while (from < count);
-    }
-    onBothCores(chunks.size(), [&](size_t i) {
-        Chunk &chunk = chunks[i];
-        chunk.built = serializeRecords(chunk.kind, *collections[size_t(chunk.kind)], chunk.from, chunk.to,
-                                       chunk.bytes, &chunk.error);
-    });
     // The largest files first, so that the two writers finish together.
+    std::vector<Kind> kinds = asked;
     std::stable_sort(kinds.begin(), kinds.end(), [&](Kind a, Kind b) {
         return collections[size_t(a)]->getCount() > collections[size_t(b)]->getCount();
     });
     std::array<WriteOutcome, 6> outcomes;
     onBothCores(kinds.size(), [&](size_t i) {
-        std::vector<const Chunk *> parts;
-        for (const Chunk &chunk : chunks)
-            if (chunk.kind == kinds[i])
-                parts.push_back(&chunk);
         // Each task touches only its own kind's flag.
-        outcomes[size_t(kinds[i])] = writeFile(kinds[i], parts, folder, unreadable[size_t(kinds[i])]);
+        const size_t k = size_t(kinds[i]);
+        outcomes[k] = writeFile(kinds[i], *collections[k], folder, unreadable[k]);
     });
     return outcomes;
 }

@@ -4,11 +4,14 @@
 #include "core/lwDataSource.h"
 #include "core/PropertyListReader.h"
 
+class PropertyListWriter;
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -59,6 +62,12 @@ public:
     // so that the stretches of a large file can be built side by side.
     static bool serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
                                  QByteArray &out, QString *error = nullptr);
+    // The same into a writer; when a sink is given it is handed the writer
+    // whenever the bytes made grow large, and the writer is emptied after it
+    // (a false answer stops the writing).
+    using Sink = std::function<bool(const PropertyListWriter &)>;
+    static bool writeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
+                             PropertyListWriter &writer, QString *error, const Sink *sink);
 
     // Reads the six files of the bundle folder side by side, largest first.
     static std::array<Loaded, 6> readAll(const QString &folder);
@@ -68,12 +77,14 @@ public:
     {
         WriteResult result = WriteResult::Failed;
         QStringList log; // lines to log, in order
+        QString reason;  // why it was not written, as the system says it
+        QString keptAs;  // the name of the copy a damaged file was kept as
     };
     using Collections = std::array<const lwDataSource *, 6>;
-    // Writes the files of the kinds asked, each atomically, from the
-    // collections given. A file marked unreadable (read in part or not at all)
-    // is first copied aside, and its mark cleared; one that cannot be set
-    // aside is not replaced. Answers what happened to each kind; nothing is
+    // Writes the files of the kinds asked, each atomically and streamed
+    // through one buffer, two files at a time, from the collections given. A
+    // file marked unreadable is first kept aside, and its mark cleared; one
+    // that cannot be set aside is not replaced. Answers what happened to each kind; nothing is
     // logged here, so the caller logs in its fixed order.
     static std::array<WriteOutcome, 6> writeFiles(const std::vector<Kind> &kinds, const Collections &collections,
                                                   const QString &folder, std::array<bool, 6> &unreadable);
