@@ -25,8 +25,11 @@ bool BundleLock::takeSystemLock()
     auto lock = std::make_unique<QLockFile>(QDir(m_folder).filePath(systemLockName()));
     // Never stale by age: only a lock whose process has ended is taken over.
     lock->setStaleLockTime(0);
-    if (!lock->tryLock(0))
+    if (!lock->tryLock(0)) {
+        m_heldElsewhere = lock->error() == QLockFile::LockFailedError;
         return false;
+    }
+    m_heldElsewhere = false;
     m_system = std::move(lock);
     return true;
 }

@@ -21,8 +21,10 @@ public:
     QString lockFilePath() const;
 
     // Takes the system lock without waiting; false while a running copy
-    // holds it. The folder must exist.
+    // holds it (heldElsewhere) or when it cannot be made at all. The folder
+    // must exist.
     bool takeSystemLock();
+    bool heldElsewhere() const { return m_heldElsewhere; }
     bool holdsSystemLock() const;
     void releaseSystemLock();
 
@@ -41,4 +43,5 @@ public:
 private:
     QString m_folder;
     std::unique_ptr<QLockFile> m_system;
+    bool m_heldElsewhere = false;
 };

@@ -19,6 +19,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
 #include <functional>
 #include <thread>
 #include <cstring>
@@ -256,12 +258,9 @@ void applyFields(R &record, const Dict &dict, const std::vector<Field<R>> &table
     }
 }
 
-// Hands the bytes made so far on once the buffer holds this much.
-constexpr qsizetype kFlushBytes = 4 << 20;
-
 template<class R>
 bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qsizetype from, qsizetype to,
-                  const std::vector<Field<R>> &table, QString *error, const DatabaseStore::Sink *sink)
+                  const std::vector<Field<R>> &table, QString *error)
 {
     // The mark-up opening each field, made once per table.
     static const std::vector<PropertyListWriter::Key> keys = [&] {
@@ -310,11 +309,6 @@ bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qs
             }
         }
         writer.endRecord();
-        if (sink && writer.size() >= kFlushBytes) {
-            if (!(*sink)(writer))
-                return false;
-            writer.discard();
-        }
     }
     return true;
 }
@@ -433,7 +427,7 @@ bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, 
     // Roughly the size of the records last time, to avoid growing the buffer.
     static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
     PropertyListWriter writer(std::max<qsizetype>(to - from, 0) * bytesPerRecord[size_t(kind)]);
-    if (!writeRecords(kind, collection, from, to, writer, error, nullptr))
+    if (!writeRecords(kind, collection, from, to, writer, error))
         return false;
     writer.finishRecords();
     out = writer.data();
@@ -441,27 +435,27 @@ bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, 
 }
 
 bool DatabaseStore::writeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
-                                 PropertyListWriter &writer, QString *error, const Sink *sink)
+                                 PropertyListWriter &writer, QString *error)
 {
     bool ok = true;
     switch (kind) {
     case Kind::Contacts:
-        ok = ::writeRecords(writer, collection, from, to, contactFields(), error, sink);
+        ok = ::writeRecords(writer, collection, from, to, contactFields(), error);
         break;
     case Kind::Orders:
-        ok = ::writeRecords(writer, collection, from, to, orderFields(), error, sink);
+        ok = ::writeRecords(writer, collection, from, to, orderFields(), error);
         break;
     case Kind::Items:
-        ok = ::writeRecords(writer, collection, from, to, itemFields(), error, sink);
+        ok = ::writeRecords(writer, collection, from, to, itemFields(), error);
         break;
     case Kind::Materials:
-        ok = ::writeRecords(writer, collection, from, to, materialFields(), error, sink);
+        ok = ::writeRecords(writer, collection, from, to, materialFields(), error);
         break;
     case Kind::Bills:
-        ok = ::writeRecords(writer, collection, from, to, billFields(), error, sink);
+        ok = ::writeRecords(writer, collection, from, to, billFields(), error);
         break;
     case Kind::Actions:
-        ok = ::writeRecords(writer, collection, from, to, actionFields(), error, sink);
+        ok = ::writeRecords(writer, collection, from, to, actionFields(), error);
         break;
     }
     return ok;
@@ -469,18 +463,19 @@ bool DatabaseStore::writeRecords(Kind kind, const lwDataSource &collection, qsiz
 
 namespace {
 
-// Runs the tasks on this thread and, when there is a second core, one more.
-void onBothCores(size_t tasks, const std::function<void(size_t)> &task)
+// Runs the tasks in order on this thread (worker 0) and, when there is a
+// second core, one more (worker 1).
+void onBothCores(size_t tasks, const std::function<void(size_t task, int worker)> &task)
 {
     std::atomic<size_t> next{0};
-    auto work = [&] {
+    auto work = [&](int worker) {
         for (size_t i = next++; i < tasks; i = next++)
-            task(i);
+            task(i, worker);
     };
     std::vector<std::thread> threads;
     if (tasks > 1 && std::thread::hardware_concurrency() > 1)
-        threads.emplace_back(work);
-    work();
+        threads.emplace_back(work, 1);
+    work(0);
     for (std::thread &thread : threads)
         thread.join();
 }
@@ -508,54 +503,76 @@ QString keepUnreadableAside(bool &unreadable, const QString &path)
     return QFileInfo(aside).fileName();
 }
 
-// Builds one file and streams it to disk through one buffer; safe to run for
-// different kinds at once.
-DatabaseStore::WriteOutcome writeFile(DatabaseStore::Kind kind, const lwDataSource &collection, const QString &folder,
-                                      bool &unreadable)
+// One file being written: its stretches of records are built on both cores
+// and appended in order, so memory holds only the stretches in hand.
+struct Target
 {
-    using Result = DatabaseStore::WriteResult;
+    DatabaseStore::Kind kind;
+    const lwDataSource *collection;
+    QString path;
+    std::unique_ptr<AtomicFile> file;
     DatabaseStore::WriteOutcome outcome;
-    const auto &file = DatabaseStore::fileOf(kind);
-    const QString path = QDir(folder).filePath(QString::fromLatin1(file.fileName));
-    const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
-    auto failed = [&](Result result, const QString &reason) {
-        outcome.log << failure << QStringLiteral("error: ") + reason;
-        outcome.result = result;
-        outcome.reason = reason;
-        return outcome;
-    };
-    outcome.keptAs = keepUnreadableAside(unreadable, path);
-    if (!outcome.keptAs.isEmpty())
-        outcome.log << QStringLiteral("%1 could not be read at start; kept as %2")
-                           .arg(QLatin1String(file.fileName), outcome.keptAs);
-    if (unreadable)
-        return failed(Result::Failed, QStringLiteral("the unreadable file could not be set aside"));
+    qsizetype nextToWrite = 0; // the stretch whose turn it is
+    qsizetype replaced = 0;
+    QString stop; // why a record stopped the file
+    bool writeFailed = false;
+};
 
-    AtomicFile out(path);
-    if (!out.open())
-        return failed(Result::Failed, out.errorString());
-    PropertyListWriter writer(2 * kFlushBytes);
-    const QByteArray header = PropertyListWriter::header(file.collectionKey);
-    bool written = out.write(header.constData(), header.size());
-    const DatabaseStore::Sink sink = [&](const PropertyListWriter &made) {
-        written = written && out.write(made.bytes(), made.size());
-        return written;
-    };
-    QString error;
-    if (!DatabaseStore::writeRecords(kind, collection, 0, collection.getCount(), writer, &error, &sink)) {
-        if (written) // a record that cannot be written stops the save here
-            return failed(Result::Stopped, error);
+struct Stretch
+{
+    Target *target;
+    qsizetype index, from, to;
+};
+
+// Records per stretch: a few megabytes of text.
+constexpr qsizetype kStretchRecords = 8000;
+
+void fail(Target &target, DatabaseStore::WriteResult result, const QString &reason)
+{
+    const auto &file = DatabaseStore::fileOf(target.kind);
+    target.outcome.log << QLatin1String(file.name) + QStringLiteral(" not written successfully")
+                       << QStringLiteral("error: ") + reason;
+    target.outcome.result = result;
+    target.outcome.reason = reason;
+    if (target.file)
+        target.file->cancel();
+}
+
+// Keeps a damaged file aside and opens the new one; false when the file
+// cannot be written at all.
+bool begin(Target &target, bool &unreadable)
+{
+    const auto &file = DatabaseStore::fileOf(target.kind);
+    target.outcome.keptAs = keepUnreadableAside(unreadable, target.path);
+    if (!target.outcome.keptAs.isEmpty())
+        target.outcome.log << QStringLiteral("%1 could not be read at start; kept as %2")
+                                  .arg(QLatin1String(file.fileName), target.outcome.keptAs);
+    if (unreadable) {
+        fail(target, DatabaseStore::WriteResult::Failed, QStringLiteral("the unreadable file could not be set aside"));
+        return false;
     }
+    target.file = std::make_unique<AtomicFile>(target.path);
+    const QByteArray header = PropertyListWriter::header(file.collectionKey);
+    if (!target.file->open() || !target.file->write(header.constData(), header.size())) {
+        fail(target, DatabaseStore::WriteResult::Failed, target.file->errorString());
+        return false;
+    }
+    return true;
+}
+
+void finish(Target &target)
+{
+    const auto &file = DatabaseStore::fileOf(target.kind);
+    if (!target.stop.isEmpty())
+        return fail(target, DatabaseStore::WriteResult::Stopped, target.stop);
     const QByteArray footer = PropertyListWriter::footer();
-    written = written && sink(writer) && out.write(footer.constData(), footer.size());
-    if (!written || !out.commit())
-        return failed(Result::Failed, out.errorString());
-    if (const qsizetype replaced = writer.replacedCharacters())
-        outcome.log << QStringLiteral("%1: %2 characters XML cannot hold were written as U+FFFD")
-                           .arg(QLatin1String(file.fileName))
-                           .arg(replaced);
-    outcome.result = Result::Written;
-    return outcome;
+    if (target.writeFailed || !target.file->write(footer.constData(), footer.size()) || !target.file->commit())
+        return fail(target, DatabaseStore::WriteResult::Failed, target.file->errorString());
+    if (target.replaced > 0)
+        target.outcome.log << QStringLiteral("%1: %2 characters XML cannot hold were written as U+FFFD")
+                                  .arg(QLatin1String(file.fileName))
+                                  .arg(target.replaced);
+    target.outcome.result = DatabaseStore::WriteResult::Written;
 }
 
 } // namespace
@@ -572,7 +589,7 @@ std::array<DatabaseStore::Loaded, 6> DatabaseStore::readAll(const QString &folde
         return QFileInfo(folder.filePath(QString::fromLatin1(fileOf(a).fileName))).size() >
                QFileInfo(folder.filePath(QString::fromLatin1(fileOf(b).fileName))).size();
     });
-    onBothCores(queue.size(), [&](size_t i) { loaded[size_t(queue[i])] = read(queue[i], folderPath); });
+    onBothCores(queue.size(), [&](size_t i, int) { loaded[size_t(queue[i])] = read(queue[i], folderPath); });
     return loaded;
 }
 
@@ -581,16 +598,53 @@ std::array<DatabaseStore::WriteOutcome, 6> DatabaseStore::writeFiles(const std::
                                                                      const QString &folder,
                                                                      std::array<bool, 6> &unreadable)
 {
-    // The largest files first, so that the two writers finish together.
-    std::vector<Kind> kinds = asked;
-    std::stable_sort(kinds.begin(), kinds.end(), [&](Kind a, Kind b) {
-        return collections[size_t(a)]->getCount() > collections[size_t(b)]->getCount();
+    std::vector<Target> targets(asked.size());
+    std::vector<Stretch> stretches;
+    for (size_t t = 0; t < asked.size(); ++t) {
+        Target &target = targets[t];
+        const size_t k = size_t(asked[t]);
+        target.kind = asked[t];
+        target.collection = collections[k];
+        target.path = QDir(folder).filePath(QString::fromLatin1(fileOf(target.kind).fileName));
+        if (!begin(target, unreadable[k]))
+            continue;
+        const qsizetype count = target.collection->getCount();
+        for (qsizetype from = 0, index = 0; from < count; from += kStretchRecords, ++index)
+            stretches.push_back({&target, index, from, std::min(count, from + kStretchRecords)});
+    }
+
+    // Both cores build stretches in the order given; each is appended once
+    // the one before it in its file is.
+    std::mutex mutex;
+    std::condition_variable turn;
+    // One buffer per core, used again for every stretch.
+    std::array<PropertyListWriter, 2> writers{PropertyListWriter(kStretchRecords * 1024),
+                                              PropertyListWriter(kStretchRecords * 1024)};
+    onBothCores(stretches.size(), [&](size_t i, int worker) {
+        const Stretch &stretch = stretches[i];
+        Target &target = *stretch.target;
+        PropertyListWriter &writer = writers[size_t(worker)];
+        writer.restart();
+        QString error;
+        const bool built = writeRecords(target.kind, *target.collection, stretch.from, stretch.to, writer, &error);
+        std::unique_lock<std::mutex> lock(mutex);
+        turn.wait(lock, [&] { return target.nextToWrite == stretch.index; });
+        if (!built && target.stop.isEmpty())
+            target.stop = error; // a record that cannot be written stops its file here
+        if (target.stop.isEmpty() && !target.writeFailed) {
+            target.writeFailed = !target.file->write(writer.bytes(), writer.size());
+            target.replaced += writer.replacedCharacters();
+        }
+        ++target.nextToWrite;
+        turn.notify_all();
     });
+    onBothCores(targets.size(), [&](size_t t, int) {
+        if (targets[t].file && targets[t].outcome.reason.isEmpty())
+            finish(targets[t]);
+    });
+
     std::array<WriteOutcome, 6> outcomes;
-    onBothCores(kinds.size(), [&](size_t i) {
-        // Each task touches only its own kind's flag.
-        const size_t k = size_t(kinds[i]);
-        outcomes[k] = writeFile(kinds[i], *collections[k], folder, unreadable[k]);
-    });
+    for (Target &target : targets)
+        outcomes[size_t(target.kind)] = std::move(target.outcome);
     return outcomes;
 }

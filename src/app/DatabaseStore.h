@@ -11,7 +11,6 @@ class PropertyListWriter;
 #include <QStringList>
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -62,12 +61,9 @@ public:
     // so that the stretches of a large file can be built side by side.
     static bool serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
                                  QByteArray &out, QString *error = nullptr);
-    // The same into a writer; when a sink is given it is handed the writer
-    // whenever the bytes made grow large, and the writer is emptied after it
-    // (a false answer stops the writing).
-    using Sink = std::function<bool(const PropertyListWriter &)>;
+    // The same into a writer.
     static bool writeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
-                             PropertyListWriter &writer, QString *error, const Sink *sink);
+                             PropertyListWriter &writer, QString *error);
 
     // Reads the six files of the bundle folder side by side, largest first.
     static std::array<Loaded, 6> readAll(const QString &folder);
@@ -81,8 +77,9 @@ public:
         QString keptAs;  // the name of the copy a damaged file was kept as
     };
     using Collections = std::array<const lwDataSource *, 6>;
-    // Writes the files of the kinds asked, each atomically and streamed
-    // through one buffer, two files at a time, from the collections given. A
+    // Writes the files of the kinds asked, each atomically, from the
+    // collections given: stretches of records are built on both cores and
+    // streamed to the files in order, so memory holds only a few of them. A
     // file marked unreadable is first kept aside, and its mark cleared; one
     // that cannot be set aside is not replaced. Answers what happened to each kind; nothing is
     // logged here, so the caller logs in its fixed order.

@@ -316,7 +316,10 @@ void Ledgerwick::readDatabase(bool takeLock)
     if (takeLock) {
         QDir().mkpath(m_originalDbLocation);
         if (!m_lock->takeSystemLock()) {
-            outcome = LockOutcome::Found; // a running copy holds the bundle
+            // A running copy holds the bundle; a lock that cannot be made at
+            // all (an unwritable folder) is a failed lock write, and every
+            // save will say why it failed.
+            outcome = m_lock->heldElsewhere() ? LockOutcome::Found : LockOutcome::NotWritten;
         } else if (m_lock->lockFileExists()) {
             // No running copy holds the bundle: whoever left "lock.xml" has ended.
             outcome = LockOutcome::Found;

@@ -27,5 +27,7 @@ private:
     QString m_path;
     QString m_temporary;
     int m_fd = -1;
+    qint64 m_written = 0;
+    qint64 m_sentToDisk = 0; // written back early, while the rest is still being made
     QString m_error;
 };

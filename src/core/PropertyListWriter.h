@@ -69,11 +69,14 @@ public:
 
     // The file's bytes, once finish() has been called.
     const QByteArray &data() const { return m_out; }
-    // The bytes made so far, and forgetting them once they have been written
-    // out, so that a large file streams through one buffer.
+    // The bytes made so far; restart() forgets them and keeps the buffer.
     qsizetype size() const { return m_used; }
+    void restart()
+    {
+        m_used = 0;
+        m_replaced = 0;
+    }
     const char *bytes() const { return m_data; }
-    void discard() { m_used = 0; }
     // How many characters were written as U+FFFD so far.
     qsizetype replacedCharacters() const { return m_replaced; }
 

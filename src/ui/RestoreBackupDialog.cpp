@@ -23,7 +23,8 @@ RestoreBackupDialog::RestoreBackupDialog(Ledgerwick *ledgerwick, QWidget *parent
                                  this));
     m_list->setObjectName(QStringLiteral("backups"));
     layout->addWidget(m_list);
-    const QString bundle = ledgerwick->databaseLocation();
+    const QString bundle = ledgerwick->originalDbLocation().isEmpty() ? ledgerwick->databaseLocation()
+                                                                      : ledgerwick->originalDbLocation();
     QStringList stamps = BundleBackups::stamps(bundle);
     std::reverse(stamps.begin(), stamps.end());
     for (const QString &stamp : stamps) {

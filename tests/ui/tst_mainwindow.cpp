@@ -1,10 +1,12 @@
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
 #include "ui/MainWindow.h"
+#include "ui/RestoreBackupDialog.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QListWidget>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -18,6 +20,8 @@
 #include <QToolBar>
 #include <QTreeView>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TestMainWindow : public QObject
 {
     Q_OBJECT
@@ -30,6 +34,7 @@ private Q_SLOTS:
     void deleteAndEditGoToTheListWithFocus();
     void closingSavesEverything();
     void aLockShowsTheSheetAndRefusesEdits();
+    void restoreFromBackupListsAndRestores();
 
 private:
     std::unique_ptr<AppFixture> m_app;
@@ -206,6 +211,33 @@ void TestMainWindow::aLockShowsTheSheetAndRefusesEdits()
     m_window->close();
     QVERIFY(!QFile::exists(bundle + QStringLiteral("/contacts.xml")));
     QVERIFY(QFile::exists(bundle + QStringLiteral("/lock.xml")));
+}
+
+void TestMainWindow::restoreFromBackupListsAndRestores()
+{
+    m_ledgerwick->readDatabase();
+    m_app->addItem(u"A1"_s, u"Anvil"_s);
+    QVERIFY(m_ledgerwick->writeDatabase(m_items));
+    m_app->addItem(u"B2"_s, u"Bolt"_s);
+    QVERIFY(m_ledgerwick->writeDatabase(m_items)); // backed up the one-item file first
+
+    QAction *menu = nullptr;
+    for (QAction *action : m_window->findChildren<QAction *>())
+        if (action->text() == u"Restore from &Backup…"_s)
+            menu = action;
+    QVERIFY(menu);
+    menu->trigger();
+    auto *dialog = m_window->findChild<RestoreBackupDialog *>();
+    QVERIFY(dialog);
+    QCOMPARE(dialog->list()->count(), 1);
+    QVERIFY(dialog->list()->item(0)->text().contains(u"1 items"_s));
+    m_platform->alertAnswers << 1; // Cancel at the confirmation
+    dialog->restoreSelected();
+    QCOMPARE(m_items->getCount(), 2);
+    m_platform->alertAnswers << 0;
+    dialog->restoreSelected();
+    QCOMPARE(m_platform->alerts.last().buttons, QStringList({u"Restore"_s, u"Cancel"_s}));
+    QCOMPARE(m_items->getCount(), 1);
 }
 
 QTEST_MAIN(TestMainWindow)
