@@ -161,11 +161,6 @@ void TestBundleSafety::theImportDropsWhatAFileCannotHold()
     QCOMPARE(app.platform.alerts.at(0).title, u"Characters Removed"_s);
     QVERIFY(app.platform.alerts.at(0).informativeText.startsWith(u"2 characters"_s));
 
-    // A file that is neither UTF-8 nor UTF-16 is said to be unreadable.
-    QVERIFY(writeBytes(file, "name\tphone\r\xff\xfe\xfd\t1\r"));
-    app.platform.panelAnswers.enqueue(file);
-    app.ledgerwick->getContactManager()->importData(nullptr);
-    QCOMPARE(app.platform.alerts.at(2).title, u"Cannot Read File"_s);
 }
 
 void TestBundleSafety::aRunningCopysLockIsNeverTaken()
