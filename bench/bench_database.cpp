@@ -126,13 +126,26 @@ int main(int argc, char *argv[])
             }
         }));
     }
-    for (int run = 0; run < runs; ++run)
-        saves.push_back(timed([&] { loaded->writeDatabase(loaded.get()); }));
+    // The peak during the saves alone: the kernel's high-water mark starts
+    // again from the memory now in use.
+    {
+        QFile clear(QStringLiteral("/proc/self/clear_refs"));
+        if (clear.open(QIODevice::WriteOnly))
+            clear.write("5");
+    }
+    const double beforeSave = statusMegabytes("VmRSS:");
+    // The first save also makes the run's backup (links only) and gives the bytes.
+    loaded->writeDatabase(loaded.get());
+    const double peakDuringSave = statusMegabytes("VmHWM:");
     for (const auto &file : DatabaseStore::files()) {
         QFile f(QDir(work).filePath(QString::fromLatin1(file.fileName)));
         written.push_back(f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray());
     }
+    // Saves and raw writes take turns, so that a busy machine slows both alike;
+    // the ratio is the median of the runs' own ratios.
+    std::vector<double> ratios;
     for (int run = 0; run < runs; ++run) {
+        saves.push_back(timed([&] { loaded->writeDatabase(loaded.get()); }));
         rawWrites.push_back(timed([&] {
             for (size_t i = 0; i < written.size(); ++i) {
                 QSaveFile f(QDir(work).filePath(QString::fromLatin1(DatabaseStore::files()[i].fileName)));
@@ -142,6 +155,7 @@ int main(int argc, char *argv[])
                 }
             }
         }));
+        ratios.push_back(saves.back() / rawWrites.back());
     }
     loaded.reset();
 
@@ -165,7 +179,10 @@ int main(int argc, char *argv[])
     std::printf("%-34s %8.3f s\n", "save of all six files", save);
     std::printf("%-34s %8.3f s\n", "  building the bytes on one core", median(builds));
     std::printf("%-34s %8.3f s\n", "raw write of the same bytes", raw);
-    std::printf("%-34s %8.2f x   (target at most 2x)\n", "save / raw write", save / raw);
+    std::printf("%-34s %8.2f x   (target at most 1.5x; median of the runs' ratios)\n", "save / raw write",
+                median(ratios));
+    std::printf("%-34s %8.0f MB (%.0f MB before it; target at most 1024 MB)\n", "peak resident memory in save",
+                peakDuringSave, beforeSave);
     std::printf("%-34s %8.0f MB (target at most 1024 MB)\n", "peak resident memory after load", peakAfterLoad);
     std::printf("%-34s %8.0f MB\n", "resident memory after load", rssAfterLoad);
     QDir(work).removeRecursively();

@@ -7,6 +7,7 @@
 #include "contacts/Contact.h"
 #include "core/lwDataSource.h"
 #include "core/NumberText.h"
+#include "core/AtomicFile.h"
 #include "core/PropertyListWriter.h"
 #include "orders/Material.h"
 #include "orders/Order.h"
@@ -18,9 +19,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
 #include <functional>
 #include <thread>
 #include <cstring>
+#include <unistd.h>
 
 namespace {
 
@@ -423,122 +427,152 @@ bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, 
     // Roughly the size of the records last time, to avoid growing the buffer.
     static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
     PropertyListWriter writer(std::max<qsizetype>(to - from, 0) * bytesPerRecord[size_t(kind)]);
-    bool ok = true;
-    switch (kind) {
-    case Kind::Contacts:
-        ok = writeRecords(writer, collection, from, to, contactFields(), error);
-        break;
-    case Kind::Orders:
-        ok = writeRecords(writer, collection, from, to, orderFields(), error);
-        break;
-    case Kind::Items:
-        ok = writeRecords(writer, collection, from, to, itemFields(), error);
-        break;
-    case Kind::Materials:
-        ok = writeRecords(writer, collection, from, to, materialFields(), error);
-        break;
-    case Kind::Bills:
-        ok = writeRecords(writer, collection, from, to, billFields(), error);
-        break;
-    case Kind::Actions:
-        ok = writeRecords(writer, collection, from, to, actionFields(), error);
-        break;
-    }
-    if (!ok)
+    if (!writeRecords(kind, collection, from, to, writer, error))
         return false;
     writer.finishRecords();
     out = writer.data();
     return true;
 }
 
+bool DatabaseStore::writeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
+                                 PropertyListWriter &writer, QString *error)
+{
+    bool ok = true;
+    switch (kind) {
+    case Kind::Contacts:
+        ok = ::writeRecords(writer, collection, from, to, contactFields(), error);
+        break;
+    case Kind::Orders:
+        ok = ::writeRecords(writer, collection, from, to, orderFields(), error);
+        break;
+    case Kind::Items:
+        ok = ::writeRecords(writer, collection, from, to, itemFields(), error);
+        break;
+    case Kind::Materials:
+        ok = ::writeRecords(writer, collection, from, to, materialFields(), error);
+        break;
+    case Kind::Bills:
+        ok = ::writeRecords(writer, collection, from, to, billFields(), error);
+        break;
+    case Kind::Actions:
+        ok = ::writeRecords(writer, collection, from, to, actionFields(), error);
+        break;
+    }
+    return ok;
+}
+
 namespace {
 
-// Runs the tasks on this thread and, when there is a second core, one more.
-void onBothCores(size_t tasks, const std::function<void(size_t)> &task)
+// Runs the tasks in order on this thread (worker 0) and, when there is a
+// second core, one more (worker 1).
+void onBothCores(size_t tasks, const std::function<void(size_t task, int worker)> &task)
 {
     std::atomic<size_t> next{0};
-    auto work = [&] {
+    auto work = [&](int worker) {
         for (size_t i = next++; i < tasks; i = next++)
-            task(i);
+            task(i, worker);
     };
     std::vector<std::thread> threads;
     if (tasks > 1 && std::thread::hardware_concurrency() > 1)
-        threads.emplace_back(work);
-    work();
+        threads.emplace_back(work, 1);
+    work(0);
     for (std::thread &thread : threads)
         thread.join();
 }
 
-// One stretch of a file's records, built on its own.
-struct Chunk
-{
-    DatabaseStore::Kind kind;
-    qsizetype from, to;
-    QByteArray bytes;
-    bool built = false;
-    QString error;
-};
-
-// Copies an unreadable file aside before it is first replaced; answers the
-// line to log. A file that could not be read is never replaced by what
-// little was loaded from it.
+// Keeps an unreadable file aside before it is first replaced (a hard link,
+// or a copy where links are impossible): a file that could not be read is
+// never replaced by what little was loaded from it. Answers the name of the
+// copy; the mark stays when it could not be made.
 QString keepUnreadableAside(bool &unreadable, const QString &path)
 {
     if (!unreadable)
         return {};
-    if (!QFile::exists(path)) {
+    if (!QFileInfo::exists(path)) {
         unreadable = false;
         return {};
     }
     const QString stamp = CalendarDate::currentDate().toString(QStringLiteral("%Y%m%d-%H%M%S"));
     QString aside = path + QStringLiteral(".unreadable-") + stamp;
-    for (int n = 2; QFile::exists(aside); ++n)
+    for (int n = 2; QFileInfo::exists(aside); ++n)
         aside = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
-    if (!QFile::copy(path, aside))
+    if (::link(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) != 0 &&
+        !QFile::copy(path, aside))
         return {};
     unreadable = false;
-    return QStringLiteral("%1 could not be read at start; kept as %2")
-        .arg(QFileInfo(path).fileName(), QFileInfo(aside).fileName());
+    return QFileInfo(aside).fileName();
 }
 
-// Writes one file from its built stretches; safe to run for different kinds at once.
-DatabaseStore::WriteOutcome writeFile(DatabaseStore::Kind kind, const std::vector<const Chunk *> &chunks,
-                                      const QString &folder, bool &unreadable)
+// One file being written: its stretches of records are built on both cores
+// and appended in order, so memory holds only the stretches in hand.
+struct Target
 {
-    using Result = DatabaseStore::WriteResult;
+    DatabaseStore::Kind kind;
+    const lwDataSource *collection;
+    QString path;
+    std::unique_ptr<AtomicFile> file;
     DatabaseStore::WriteOutcome outcome;
-    const auto &file = DatabaseStore::fileOf(kind);
-    const QString path = QDir(folder).filePath(QString::fromLatin1(file.fileName));
-    const QString failure = QLatin1String(file.name) + QStringLiteral(" not written successfully");
-    for (const Chunk *chunk : chunks) {
-        if (!chunk->built) {
-            // A record that cannot be written stops the save here.
-            outcome.log << failure << QStringLiteral("error: ") + chunk->error;
-            outcome.result = Result::Stopped;
-            return outcome;
-        }
-    }
-    const QString kept = keepUnreadableAside(unreadable, path);
-    if (!kept.isEmpty())
-        outcome.log << kept;
+    qsizetype nextToWrite = 0; // the stretch whose turn it is
+    qsizetype replaced = 0;
+    QString stop; // why a record stopped the file
+    bool writeFailed = false;
+};
+
+struct Stretch
+{
+    Target *target;
+    qsizetype index, from, to;
+};
+
+// Records per stretch: a few megabytes of text.
+constexpr qsizetype kStretchRecords = 8000;
+
+void fail(Target &target, DatabaseStore::WriteResult result, const QString &reason)
+{
+    const auto &file = DatabaseStore::fileOf(target.kind);
+    target.outcome.log << QLatin1String(file.name) + QStringLiteral(" not written successfully")
+                       << QStringLiteral("error: ") + reason;
+    target.outcome.result = result;
+    target.outcome.reason = reason;
+    if (target.file)
+        target.file->cancel();
+}
+
+// Keeps a damaged file aside and opens the new one; false when the file
+// cannot be written at all.
+bool begin(Target &target, bool &unreadable)
+{
+    const auto &file = DatabaseStore::fileOf(target.kind);
+    target.outcome.keptAs = keepUnreadableAside(unreadable, target.path);
+    if (!target.outcome.keptAs.isEmpty())
+        target.outcome.log << QStringLiteral("%1 could not be read at start; kept as %2")
+                                  .arg(QLatin1String(file.fileName), target.outcome.keptAs);
     if (unreadable) {
-        outcome.log << failure << QStringLiteral("error: the unreadable file could not be set aside");
-        outcome.result = Result::Failed;
-        return outcome;
+        fail(target, DatabaseStore::WriteResult::Failed, QStringLiteral("the unreadable file could not be set aside"));
+        return false;
     }
-    QList<QByteArray> parts;
-    parts << PropertyListWriter::header(file.collectionKey);
-    for (const Chunk *chunk : chunks)
-        parts << chunk->bytes;
-    parts << PropertyListWriter::footer();
-    QString error;
-    if (!PropertyListWriter::writeFile(path, parts, &error)) {
-        outcome.log << failure << QStringLiteral("error: ") + error;
-        outcome.result = Result::Failed;
-        return outcome;
+    target.file = std::make_unique<AtomicFile>(target.path);
+    const QByteArray header = PropertyListWriter::header(file.collectionKey);
+    if (!target.file->open() || !target.file->write(header.constData(), header.size())) {
+        fail(target, DatabaseStore::WriteResult::Failed, target.file->errorString());
+        return false;
     }
-    outcome.result = Result::Written;
-    return outcome;
+    return true;
+}
+
+void finish(Target &target)
+{
+    const auto &file = DatabaseStore::fileOf(target.kind);
+    if (!target.stop.isEmpty())
+        return fail(target, DatabaseStore::WriteResult::Stopped, target.stop);
+    const QByteArray footer = PropertyListWriter::footer();
+    if (target.writeFailed || !target.file->write(footer.constData(), footer.size()) || !target.file->commit())
+        return fail(target, DatabaseStore::WriteResult::Failed, target.file->errorString());
+    if (target.replaced > 0)
+        target.outcome.log << QStringLiteral("%1: %2 characters XML cannot hold were written as U+FFFD")
+                                  .arg(QLatin1String(file.fileName))
+                                  .arg(target.replaced);
+    target.outcome.result = DatabaseStore::WriteResult::Written;
 }
 
 } // namespace
@@ -555,7 +589,7 @@ std::array<DatabaseStore::Loaded, 6> DatabaseStore::readAll(const QString &folde
         return QFileInfo(folder.filePath(QString::fromLatin1(fileOf(a).fileName))).size() >
                QFileInfo(folder.filePath(QString::fromLatin1(fileOf(b).fileName))).size();
     });
-    onBothCores(queue.size(), [&](size_t i) { loaded[size_t(queue[i])] = read(queue[i], folderPath); });
+    onBothCores(queue.size(), [&](size_t i, int) { loaded[size_t(queue[i])] = read(queue[i], folderPath); });
     return loaded;
 }
 
@@ -564,34 +598,53 @@ std::array<DatabaseStore::WriteOutcome, 6> DatabaseStore::writeFiles(const std::
                                                                      const QString &folder,
                                                                      std::array<bool, 6> &unreadable)
 {
-    constexpr qsizetype kChunkRecords = 40000;
-    std::vector<Kind> kinds = asked;
-    std::vector<Chunk> chunks;
-    for (Kind kind : kinds) {
-        const qsizetype count = collections[size_t(kind)]->getCount();
-        qsizetype from = 0;
-        do {
-            chunks.push_back({kind, from, std::min(count, from + kChunkRecords), {}, false, {}});
-            from += kChunkRecords;
-        } while (from < count);
+    std::vector<Target> targets(asked.size());
+    std::vector<Stretch> stretches;
+    for (size_t t = 0; t < asked.size(); ++t) {
+        Target &target = targets[t];
+        const size_t k = size_t(asked[t]);
+        target.kind = asked[t];
+        target.collection = collections[k];
+        target.path = QDir(folder).filePath(QString::fromLatin1(fileOf(target.kind).fileName));
+        if (!begin(target, unreadable[k]))
+            continue;
+        const qsizetype count = target.collection->getCount();
+        for (qsizetype from = 0, index = 0; from < count; from += kStretchRecords, ++index)
+            stretches.push_back({&target, index, from, std::min(count, from + kStretchRecords)});
     }
-    onBothCores(chunks.size(), [&](size_t i) {
-        Chunk &chunk = chunks[i];
-        chunk.built = serializeRecords(chunk.kind, *collections[size_t(chunk.kind)], chunk.from, chunk.to,
-                                       chunk.bytes, &chunk.error);
+
+    // Both cores build stretches in the order given; each is appended once
+    // the one before it in its file is.
+    std::mutex mutex;
+    std::condition_variable turn;
+    // One buffer per core, used again for every stretch.
+    std::array<PropertyListWriter, 2> writers{PropertyListWriter(kStretchRecords * 1024),
+                                              PropertyListWriter(kStretchRecords * 1024)};
+    onBothCores(stretches.size(), [&](size_t i, int worker) {
+        const Stretch &stretch = stretches[i];
+        Target &target = *stretch.target;
+        PropertyListWriter &writer = writers[size_t(worker)];
+        writer.restart();
+        QString error;
+        const bool built = writeRecords(target.kind, *target.collection, stretch.from, stretch.to, writer, &error);
+        std::unique_lock<std::mutex> lock(mutex);
+        turn.wait(lock, [&] { return target.nextToWrite == stretch.index; });
+        if (!built && target.stop.isEmpty())
+            target.stop = error; // a record that cannot be written stops its file here
+        if (target.stop.isEmpty() && !target.writeFailed) {
+            target.writeFailed = !target.file->write(writer.bytes(), writer.size());
+            target.replaced += writer.replacedCharacters();
+        }
+        ++target.nextToWrite;
+        turn.notify_all();
     });
-    // The largest files first, so that the two writers finish together.
-    std::stable_sort(kinds.begin(), kinds.end(), [&](Kind a, Kind b) {
-        return collections[size_t(a)]->getCount() > collections[size_t(b)]->getCount();
+    onBothCores(targets.size(), [&](size_t t, int) {
+        if (targets[t].file && targets[t].outcome.reason.isEmpty())
+            finish(targets[t]);
     });
+
     std::array<WriteOutcome, 6> outcomes;
-    onBothCores(kinds.size(), [&](size_t i) {
-        std::vector<const Chunk *> parts;
-        for (const Chunk &chunk : chunks)
-            if (chunk.kind == kinds[i])
-                parts.push_back(&chunk);
-        // Each task touches only its own kind's flag.
-        outcomes[size_t(kinds[i])] = writeFile(kinds[i], parts, folder, unreadable[size_t(kinds[i])]);
-    });
+    for (Target &target : targets)
+        outcomes[size_t(target.kind)] = std::move(target.outcome);
     return outcomes;
 }

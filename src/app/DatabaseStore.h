@@ -4,6 +4,8 @@
 #include "core/lwDataSource.h"
 #include "core/PropertyListReader.h"
 
+class PropertyListWriter;
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -59,6 +61,9 @@ public:
     // so that the stretches of a large file can be built side by side.
     static bool serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
                                  QByteArray &out, QString *error = nullptr);
+    // The same into a writer.
+    static bool writeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
+                             PropertyListWriter &writer, QString *error);
 
     // Reads the six files of the bundle folder side by side, largest first.
     static std::array<Loaded, 6> readAll(const QString &folder);
@@ -68,12 +73,15 @@ public:
     {
         WriteResult result = WriteResult::Failed;
         QStringList log; // lines to log, in order
+        QString reason;  // why it was not written, as the system says it
+        QString keptAs;  // the name of the copy a damaged file was kept as
     };
     using Collections = std::array<const lwDataSource *, 6>;
     // Writes the files of the kinds asked, each atomically, from the
-    // collections given. A file marked unreadable (read in part or not at all)
-    // is first copied aside, and its mark cleared; one that cannot be set
-    // aside is not replaced. Answers what happened to each kind; nothing is
+    // collections given: stretches of records are built on both cores and
+    // streamed to the files in order, so memory holds only a few of them. A
+    // file marked unreadable is first kept aside, and its mark cleared; one
+    // that cannot be set aside is not replaced. Answers what happened to each kind; nothing is
     // logged here, so the caller logs in its fixed order.
     static std::array<WriteOutcome, 6> writeFiles(const std::vector<Kind> &kinds, const Collections &collections,
                                                   const QString &folder, std::array<bool, 6> &unreadable);

@@ -2,6 +2,7 @@
 
 #include "accounts/Action.h"
 #include "accounts/Bill.h"
+#include "app/BundleBackups.h"
 #include "app/DefaultColumns.h"
 #include "contacts/Contact.h"
 #include "contacts/ContactManager.h"
@@ -143,10 +144,22 @@ void Ledgerwick::startUp()
     lwLog(QStringLiteral("Finished reading database"));
 }
 
-void Ledgerwick::applicationShouldTerminate()
+bool Ledgerwick::applicationShouldTerminate()
 {
     m_prefs->OKButton(this);
-    writeDatabase(this);
+    for (;;) {
+        writeDatabase(this);
+        if (m_saveFailures.isEmpty() || !m_platform)
+            break;
+        const int answer = m_platform->alert(
+            {lwTr("Some Files Were Not Saved"),
+             m_saveFailures.join(QLatin1Char('\n')) + lwTr("\nIf you quit now, the changes in these files are lost."),
+             {lwTr("Try Again"), lwTr("Quit Anyway"), lwTr("Cancel")}});
+        if (answer == 2)
+            return false;
+        if (answer != 0)
+            break;
+    }
     // In this order: items, actions, bills, contacts (and through them their
     // two other editors), the company editor and orders, as each gains an editor.
     m_items->disconnectWindow(this);
@@ -154,6 +167,7 @@ void Ledgerwick::applicationShouldTerminate()
     m_bills->disconnectWindow(this);
     m_contacts->disconnectWindow(this);
     m_companyEditor->disconnectWindow(this);
+    return true;
 }
 
 void Ledgerwick::setReadOnly(bool readOnly)
@@ -167,6 +181,9 @@ void Ledgerwick::setReadOnly(bool readOnly)
 void Ledgerwick::cancelLockSheet()
 {
     setReadOnly(true);
+    // A copy that stays read-only leaves the bundle to the next one.
+    if (m_lock)
+        m_lock->releaseSystemLock();
 }
 
 Contact *Ledgerwick::getContactbyId(const QString &id) const
@@ -319,15 +336,68 @@ void Ledgerwick::readDatabase(bool takeLock)
 {
     m_originalDbLocation = databaseLocation();
     const QDir folder(m_originalDbLocation);
-    m_unreadable.fill(false);
+    m_lockLocation = folder.filePath(QStringLiteral("lock.xml"));
     m_lockDateTime.clear();
+    m_lockStale = false;
+    m_lock = std::make_unique<BundleLock>(m_originalDbLocation);
 
+    // The lock is taken before anything is read, so that no other copy can
+    // write between this copy's reading and its first save. What happened is
+    // logged after the records, where the lock has always been logged.
+    enum class LockOutcome { Written, NotWritten, Found, Looked } outcome = LockOutcome::Looked;
+    if (takeLock) {
+        QDir().mkpath(m_originalDbLocation);
+        if (!m_lock->takeSystemLock()) {
+            // A running copy holds the bundle; a lock that cannot be made at
+            // all (an unwritable folder) is a failed lock write, and every
+            // save will say why it failed.
+            outcome = m_lock->heldElsewhere() ? LockOutcome::Found : LockOutcome::NotWritten;
+        } else if (m_lock->lockFileExists()) {
+            // No running copy holds the bundle: whoever left "lock.xml" has ended.
+            outcome = LockOutcome::Found;
+            m_lockStale = true;
+        } else {
+            m_lock->removeLeftoverTemporaries();
+            const QString now = CalendarDate::currentDate().toString(QStringLiteral("%Y-%m-%d %H:%M:%S %z"));
+            outcome = m_lock->createLockFile(now) ? LockOutcome::Written
+                      : m_lock->lockFileExists() ? LockOutcome::Found
+                                                 : LockOutcome::NotWritten;
+        }
+    } else if (m_lock->lockFileExists()) {
+        outcome = LockOutcome::Found;
+    }
+
+    loadRecords();
+
+    switch (outcome) {
+    case LockOutcome::Found:
+        m_lockDateTime = m_lock->lockFileDateTime();
+        if (!m_lockStale)
+            m_lock->releaseSystemLock();
+        setReadOnly(true);
+        Q_EMIT lockFound(m_lockDateTime);
+        return;
+    case LockOutcome::Written:
+    case LockOutcome::NotWritten:
+        // A failed lock write does not make the copy read-only.
+        lwLog(outcome == LockOutcome::Written ? QStringLiteral("lock written successfully")
+                                              : QStringLiteral("lock not written successfully"));
+        break;
+    case LockOutcome::Looked:
+        break;
+    }
+    setReadOnly(false);
+}
+
+void Ledgerwick::loadRecords()
+{
+    const QDir folder(m_originalDbLocation);
+    m_unreadable.fill(false);
     // The six files are parsed side by side, then added to their managers
     // in the fixed order below on this thread.
     std::array<DatabaseStore::Loaded, 6> loaded = DatabaseStore::readAll(m_originalDbLocation);
 
     lwLog(QStringLiteral("reading db, starting contacts"));
-    m_lockLocation = folder.filePath(QStringLiteral("lock.xml"));
     for (const auto &file : DatabaseStore::files()) {
         const size_t k = size_t(file.kind);
         DatabaseStore::Loaded &result = loaded[k];
@@ -361,35 +431,40 @@ void Ledgerwick::readDatabase(bool takeLock)
         result = DatabaseStore::Loaded();
         collection->filter(nullptr);
     }
+}
 
-    // The lock.
-    if (QFile::exists(m_lockLocation)) {
-        QFile lock(m_lockLocation);
-        std::vector<std::pair<QString, QString>> entries;
-        if (lock.open(QIODevice::ReadOnly) &&
-            PropertyListReader::readDictionary(lock.readAll(), entries) == PropertyListReader::Status::Ok) {
-            for (const auto &[key, value] : entries)
-                if (key == QLatin1String("datetime"))
-                    m_lockDateTime = value;
-        }
-        setReadOnly(true);
-        Q_EMIT lockFound(m_lockDateTime);
-        return;
-    }
-    if (!takeLock) {
-        setReadOnly(false);
-        return;
-    }
+bool Ledgerwick::openAnyway()
+{
+    if (!m_lockStale || !m_lock || !m_lock->holdsSystemLock())
+        return false;
+    QFile::remove(m_lockLocation);
+    m_lock->removeLeftoverTemporaries();
     const QString now = CalendarDate::currentDate().toString(QStringLiteral("%Y-%m-%d %H:%M:%S %z"));
-    const bool written = QDir().mkpath(m_originalDbLocation) &&
-                         PropertyListWriter::writeFile(
-                             m_lockLocation, PropertyListWriter::dictionary({{QStringLiteral("datetime"), now}}));
+    const bool written = m_lock->createLockFile(now);
     lwLog(written ? QStringLiteral("lock written successfully") : QStringLiteral("lock not written successfully"));
+    m_lockStale = false;
+    m_lockDateTime.clear();
     setReadOnly(false);
+    return true;
+}
+
+bool Ledgerwick::takeLockForWriting()
+{
+    // A copy that never read (or only looked) takes the system lock now;
+    // nothing is ever written without it.
+    if (!m_lock || m_lock->lockFilePath() != m_lockLocation)
+        m_lock = std::make_unique<BundleLock>(m_originalDbLocation);
+    if (m_lock->takeSystemLock())
+        return true;
+    lwLog(QStringLiteral("database not written: another copy of Ledgerwick holds its lock"));
+    m_saveFailures << lwTr("The database is open in another copy of Ledgerwick.");
+    return false;
 }
 
 bool Ledgerwick::writeDatabase(QObject *which)
 {
+    m_saveFailures.clear();
+    m_keptAside.clear();
     if (m_readOnly)
         return false;
     const bool all = which == this;
@@ -406,29 +481,49 @@ bool Ledgerwick::writeDatabase(QObject *which)
     QDir().mkpath(m_originalDbLocation);
     if (m_lockLocation.isEmpty())
         m_lockLocation = QDir(m_originalDbLocation).filePath(QStringLiteral("lock.xml"));
+    if (!takeLockForWriting())
+        return false;
 
     std::vector<Kind> kinds;
     DatabaseStore::Collections collections{};
+    bool replacesAFile = false;
     for (const auto &file : DatabaseStore::files()) {
         collections[size_t(file.kind)] = m_managers[size_t(file.kind)];
-        if (all || which == m_managers[size_t(file.kind)])
+        if (all || which == m_managers[size_t(file.kind)]) {
             kinds.push_back(file.kind);
+            replacesAFile = replacesAFile ||
+                            QFileInfo::exists(QDir(m_originalDbLocation).filePath(QLatin1String(file.fileName)));
+        }
+    }
+    if (!m_backedUp && replacesAFile) {
+        QString error;
+        if (BundleBackups::create(m_originalDbLocation, &error).isEmpty())
+            lwLog(QStringLiteral("backup not made: ") + error);
+        m_backedUp = true;
     }
     const std::array<DatabaseStore::WriteOutcome, 6> outcomes =
         DatabaseStore::writeFiles(kinds, collections, m_originalDbLocation, m_unreadable);
 
     // What went wrong is logged afterwards in the fixed order.
     bool ok = true;
+    bool stopped = false;
     for (const auto &file : DatabaseStore::files()) {
-        if (!all && which != m_managers[size_t(file.kind)])
+        if (stopped || (!all && which != m_managers[size_t(file.kind)]))
             continue;
         const DatabaseStore::WriteOutcome &outcome = outcomes[size_t(file.kind)];
         for (const QString &line : outcome.log)
             lwLog(line);
-        if (outcome.result == DatabaseStore::WriteResult::Stopped)
-            return false; // and the lock stays
+        if (!outcome.keptAs.isEmpty())
+            m_keptAside << QLatin1String(file.fileName) + QStringLiteral(" (kept as ") + outcome.keptAs +
+                               QLatin1Char(')');
+        if (outcome.result != DatabaseStore::WriteResult::Written)
+            m_saveFailures << QLatin1String(file.fileName) + QStringLiteral(": ") + outcome.reason;
+        stopped = outcome.result == DatabaseStore::WriteResult::Stopped;
         ok = ok && outcome.result == DatabaseStore::WriteResult::Written;
     }
+    tellAboutSave(!all);
+    if (stopped)
+        return false; // and the lock stays
     if (!all && which != m_actions)
         return ok;
     // Every save that writes the actions releases the lock.
@@ -439,6 +534,39 @@ bool Ledgerwick::writeDatabase(QObject *which)
         lwLog(QStringLiteral("error: lock not removed from database"));
     }
     return ok;
+}
+
+void Ledgerwick::tellAboutSave(bool failuresToo)
+{
+    if (!m_platform)
+        return;
+    if (!m_keptAside.isEmpty())
+        m_platform->alert({lwTr("Damaged File Kept"),
+                           lwTr("These files could not be read when the database was opened and were kept aside "
+                                "before being replaced: %1")
+                               .arg(m_keptAside.join(QStringLiteral(", "))),
+                           {lwTr("OK")}});
+    if (failuresToo && !m_saveFailures.isEmpty())
+        m_platform->alert({lwTr("Not Saved"),
+                           m_saveFailures.join(QLatin1Char('\n')) +
+                               lwTr("\nThe previous version of the file is unchanged."),
+                           {lwTr("OK")}});
+}
+
+bool Ledgerwick::restoreBackup(const QString &stamp, QString *error)
+{
+    if (m_originalDbLocation.isEmpty())
+        m_originalDbLocation = databaseLocation();
+    if (m_readOnly || !takeLockForWriting()) {
+        if (error)
+            *error = lwTr("The database is open in another copy of Ledgerwick.");
+        return false;
+    }
+    if (!BundleBackups::restore(m_originalDbLocation, stamp, error))
+        return false;
+    m_backedUp = true;
+    loadRecords();
+    return true;
 }
 
 void Ledgerwick::exportCSVMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns)

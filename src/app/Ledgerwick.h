@@ -3,6 +3,7 @@
 #include "accounts/ActionManager.h"
 #include "accounts/BillManager.h"
 #include "accounts/StatementManager.h"
+#include "app/BundleLock.h"
 #include "app/DatabaseStore.h"
 #include "contacts/CompanyContactEditor.h"
 #include "contacts/CompanyEditor.h"
@@ -52,7 +53,9 @@ public:
     void startUp();
     // Before quitting: the preferences are stored as if confirmed, everything
     // is saved (nothing while read-only), then the editors are disconnected.
-    void applicationShouldTerminate();
+    // A save that fails asks whether to try again, quit anyway or cancel:
+    // false when the user cancelled the quit.
+    bool applicationShouldTerminate();
 
     // --- the managers -------------------------------------------------------
     ContactManager *getContactManager() const { return m_contacts; }
@@ -149,6 +152,18 @@ public:
     void cancelLockSheet();
     // The moment written in the lock that was found, "" when none was read.
     const QString &lockDateTime() const { return m_lockDateTime; }
+    // The lock found was left by a copy that is no longer running (a crash).
+    bool lockIsStale() const { return m_lockStale; }
+    // Takes over a stale lock and makes this copy writable; a lock held by a
+    // running copy is never broken (false).
+    bool openAnyway();
+    // The files the last save could not write, each "name: reason", and the
+    // damaged files it kept aside, each "name (kept as copy)".
+    const QStringList &lastSaveFailures() const { return m_saveFailures; }
+    const QStringList &lastKeptAside() const { return m_keptAside; }
+    // Puts the record files of a backup back (after backing up the current
+    // ones) and reads them again. False, with the reason, when it could not.
+    bool restoreBackup(const QString &stamp, QString *error = nullptr);
 
     const QString &originalDbLocation() const { return m_originalDbLocation; }
     const QString &lockLocation() const { return m_lockLocation; }
@@ -172,6 +187,11 @@ Q_SIGNALS:
 
 private:
     RecordTable *makeList(DatabaseStore::Kind kind);
+    void loadRecords();
+    bool takeLockForWriting();
+    // Tells the user of damaged files kept aside and, unless the caller asks
+    // its own question, of the files not written.
+    void tellAboutSave(bool failuresToo);
 
     Platform *m_platform = nullptr; // not owned: the app, CLI or test installs it
     PrefsController *m_prefs = nullptr;
@@ -205,5 +225,10 @@ private:
     QString m_originalDbLocation;
     QString m_lockLocation;
     QString m_lockDateTime;
+    std::unique_ptr<BundleLock> m_lock;
+    bool m_lockStale = false;
+    bool m_backedUp = false; // once per run, before the first save replaces a file
+    QStringList m_saveFailures;
+    QStringList m_keptAside;
     int m_currentOrder = 0;
 };

@@ -69,7 +69,21 @@ QString CliCommand::bundleFolder() const
     return db.isEmpty() ? DatabasePaths::databaseLocation() : DatabasePaths::expandTilde(db);
 }
 
-int openBundle(Ledgerwick &ledgerwick, const QString &folder, BundleAccess access, const char *notDone, bool mayCreate)
+void CliCommand::addBreakStaleLockOption()
+{
+    addFlag(QStringLiteral("break-stale-lock"),
+            QStringLiteral("take over a lock left by a copy that is no longer running"));
+}
+
+bool reportSaveFailures(const Ledgerwick &ledgerwick)
+{
+    for (const QString &failure : ledgerwick.lastSaveFailures())
+        std::fprintf(stderr, "ledgerwick-cli: not written: %s\n", qPrintable(failure));
+    return !ledgerwick.lastSaveFailures().isEmpty();
+}
+
+int openBundle(Ledgerwick &ledgerwick, const QString &folder, BundleAccess access, const char *notDone, bool mayCreate,
+               bool breakStaleLock)
 {
     if (!mayCreate && !QFileInfo(folder).isDir()) {
         std::fprintf(stderr, "ledgerwick-cli: there is no database at %s\n", qPrintable(folder));
@@ -77,6 +91,20 @@ int openBundle(Ledgerwick &ledgerwick, const QString &folder, BundleAccess acces
     }
     ledgerwick.setDatabaseLocation(folder);
     ledgerwick.readDatabase(access == BundleAccess::Write);
+    if (access == BundleAccess::Write && ledgerwick.isReadOnly() && ledgerwick.lockIsStale()) {
+        if (!breakStaleLock || !ledgerwick.openAnyway()) {
+            std::fprintf(stderr,
+                         "ledgerwick-cli: the copy that opened the database at %s%s is no longer running; "
+                         "run again with --break-stale-lock to open it anyway; %s\n",
+                         qPrintable(ledgerwick.originalDbLocation()),
+                         ledgerwick.lockDateTime().isEmpty()
+                             ? ""
+                             : qPrintable(QStringLiteral(" on ") + ledgerwick.lockDateTime()),
+                         notDone);
+            return 3;
+        }
+        std::fprintf(stderr, "ledgerwick-cli: took over the lock left by a copy that is no longer running\n");
+    }
     if (access == BundleAccess::Write && ledgerwick.isReadOnly()) {
         std::fprintf(stderr, "ledgerwick-cli: the database at %s is open in another copy of Ledgerwick (locked %s); %s\n",
                      qPrintable(ledgerwick.originalDbLocation()),

@@ -19,6 +19,8 @@ public:
     void addFlag(const QString &name, const QString &description);
     // The --db option every command on a bundle takes.
     void addDbOption();
+    // --break-stale-lock, for the commands that write the bundle.
+    void addBreakStaleLockOption();
 
     // Parses the arguments after the command's name. Answers -1 to go on,
     // else the exit status: 0 after printing the help, 2 after a usage error.
@@ -47,5 +49,10 @@ enum class BundleAccess {
 // database (unless a save may make one), then it is read as the app reads it.
 // Answers -1 to go on, else the exit status after the message on standard
 // error (1: no database there; 3: locked by another copy, with what was not done).
+// A lock left by a copy that is no longer running is taken over only when
+// breakStaleLock is given; one held by a running copy never is.
 int openBundle(Ledgerwick &ledgerwick, const QString &folder, BundleAccess access, const char *notDone = "nothing was written",
-               bool mayCreate = false);
+               bool mayCreate = false, bool breakStaleLock = false);
+// Prints the files the last save could not write to standard error; answers
+// whether there were any.
+bool reportSaveFailures(const Ledgerwick &ledgerwick);

@@ -231,6 +231,7 @@ int importCommand(const QStringList &args)
     line.parser().addPositionalArgument(QStringLiteral("KIND"), QStringLiteral("the list to import into"));
     line.parser().addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("the tab-separated file"));
     line.addDbOption();
+    line.addBreakStaleLockOption();
     if (const int status = line.parse(args, 2, 2); status >= 0)
         return status;
     const std::optional<Kind> kind = kindNamed(line.positional().first());
@@ -243,20 +244,26 @@ int importCommand(const QStringList &args)
     }
     ImportPlatform platform(QFileInfo(file).absoluteFilePath());
     Ledgerwick ledgerwick(&platform);
-    if (const int status = openBundle(ledgerwick, line.bundleFolder(), BundleAccess::Write, "nothing was imported");
+    if (const int status = openBundle(ledgerwick, line.bundleFolder(), BundleAccess::Write, "nothing was imported",
+                                      false, line.isSet(QStringLiteral("break-stale-lock")));
         status >= 0)
         return status;
     lwDataSource &list = *ledgerwick.manager(*kind);
+    const int before = list.getCount();
     list.importData(nullptr);
     // Saved as at quit, whatever the import made (records before a stop stay),
     // which also releases the lock taken above.
-    if (!ledgerwick.writeDatabase(&ledgerwick)) {
-        std::fprintf(stderr, "ledgerwick-cli: some files of %s could not be written (run with --verbose for details)\n",
-                     qPrintable(ledgerwick.originalDbLocation()));
+    if (!ledgerwick.writeDatabase(&ledgerwick) || reportSaveFailures(ledgerwick)) {
+        reportSaveFailures(ledgerwick);
         return 1;
     }
+    // A stop was said by its alert; a file that gave no record is said here.
     if (!platform.succeeded())
         return 1;
+    if (list.getCount() == before) {
+        std::fprintf(stderr, "ledgerwick-cli: nothing was imported from %s\n", qPrintable(file));
+        return 1;
+    }
     std::printf("saved %s\n", qPrintable(ledgerwick.originalDbLocation()));
     return 0;
 }

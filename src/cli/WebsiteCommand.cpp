@@ -6,6 +6,8 @@
 #include "products/ItemManager.h"
 #include "products/WebsiteExport.h"
 
+#include <cstdio>
+
 int websiteExportCommand(const QStringList &args)
 {
     CliCommand command("website-export [--db BUNDLE]", "Writes the page objects of the items marked for the website.");
@@ -18,8 +20,10 @@ int websiteExportCommand(const QStringList &args)
     // taking its lock, so this runs beside an open copy of the app too.
     if (const int status = openBundle(ledgerwick, command.bundleFolder(), BundleAccess::Look); status >= 0)
         return status;
-    // Objects that cannot be written are only logged, as in the app; the
-    // finishing alert goes to standard error.
-    WebsiteExport::exportAsSitemossObjects(*ledgerwick.getItemManager(), &platform);
-    return 0;
+    // The finishing alert goes to standard error, and so does every object
+    // that could not be written.
+    const QStringList failed = WebsiteExport::exportAsSitemossObjects(*ledgerwick.getItemManager(), &platform);
+    for (const QString &path : failed)
+        std::fprintf(stderr, "ledgerwick-cli: not written: %s\n", qPrintable(path));
+    return failed.isEmpty() ? 0 : 1;
 }

@@ -22,6 +22,9 @@ const Command kCommands[] = {
      checkCommand},
     {"save", "save [--db BUNDLE]         load the database, take its lock, save every file, release the lock",
      saveCommand},
+    {"backups", "backups [--db BUNDLE]      list the dated backups with their record counts", backupsCommand},
+    {"restore", "restore STAMP [--db BUNDLE] back up the current files, then put the backup STAMP back",
+     restoreCommand},
     {"convert", "convert IN OUT            convert a document between .rtf, .rtfd, .html, .txt and .pdf",
      convertCommand},
     {"website-export", "website-export [--db BUNDLE] export the page objects of the items marked for the website",
@@ -47,6 +50,8 @@ void printHelp(FILE *out)
     std::fprintf(out, "\nOptions:\n"
                       "  COMMAND --help            the command's own options\n"
                       "  --verbose                 print the system log on standard error\n"
+                      "  --break-stale-lock        (save, import, restore) take over a lock left by a copy that\n"
+                      "                            is no longer running\n"
                       "  -h, --help                show this help\n"
                       "  -v, --version             show the version\n");
 }

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QStringDecoder>
 
 #include <cstring>
 #include <deque>
@@ -314,25 +315,117 @@ private:
     std::string m_scratch;
 };
 
-// The byte buffer of a document in UTF-8 (a UTF-16 document is converted).
-QByteArray asUtf8(const QByteArray &data)
+// Whether the bytes are UTF-8 exactly: no overlong forms, no surrogates,
+// nothing past U+10FFFF. Plain ASCII is passed eight bytes at a time.
+bool isValidUtf8(const unsigned char *p, const unsigned char *end)
+{
+    while (p < end) {
+        if (end - p >= 8) {
+            quint64 eight;
+            std::memcpy(&eight, p, 8);
+            if ((eight & 0x8080808080808080ULL) == 0) {
+                p += 8;
+                continue;
+            }
+        }
+        const unsigned char c = *p;
+        if (c < 0x80) {
+            ++p;
+            continue;
+        }
+        int more;
+        unsigned char low = 0x80, high = 0xBF; // the range of the second byte
+        if (c >= 0xC2 && c <= 0xDF) {
+            more = 1;
+        } else if (c >= 0xE0 && c <= 0xEF) {
+            more = 2;
+            if (c == 0xE0)
+                low = 0xA0;
+            else if (c == 0xED)
+                high = 0x9F;
+        } else if (c >= 0xF0 && c <= 0xF4) {
+            more = 3;
+            if (c == 0xF0)
+                low = 0x90;
+            else if (c == 0xF4)
+                high = 0x8F;
+        } else {
+            return false;
+        }
+        if (end - p <= more || p[1] < low || p[1] > high)
+            return false;
+        for (int k = 2; k <= more; ++k)
+            if ((p[k] & 0xC0) != 0x80)
+                return false;
+        p += more + 1;
+    }
+    return true;
+}
+
+// The encoding the XML declaration names, in lower case; "" when none.
+QByteArray declaredEncoding(const QByteArray &data)
+{
+    qsizetype start = data.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    if (data.mid(start, 5) != "<?xml")
+        return {};
+    const qsizetype close = data.indexOf("?>", start);
+    const QByteArray declaration = data.mid(start, close < 0 ? 0 : close - start);
+    const qsizetype at = declaration.indexOf("encoding");
+    if (at < 0)
+        return {};
+    const qsizetype quote = declaration.indexOf('=', at) + 1;
+    QByteArray rest = declaration.mid(quote).trimmed();
+    if (rest.isEmpty() || (rest[0] != '"' && rest[0] != '\''))
+        return {};
+    const qsizetype end = rest.indexOf(rest[0], 1);
+    return end < 0 ? QByteArray() : rest.mid(1, end - 1).toLower();
+}
+
+// The document in UTF-8: UTF-16 (with its byte-order mark) and the declared
+// 8-bit encodings are converted; anything not decoded exactly is refused.
+bool asUtf8(const QByteArray &data, QByteArray &out, QString &error)
 {
     if (data.size() >= 2) {
         const auto b0 = static_cast<unsigned char>(data[0]);
         const auto b1 = static_cast<unsigned char>(data[1]);
         if ((b0 == 0xFF && b1 == 0xFE) || (b0 == 0xFE && b1 == 0xFF)) {
-            const bool little = b0 == 0xFF;
-            QString text;
-            text.resize((data.size() - 2) / 2);
-            for (qsizetype i = 0; i < text.size(); ++i) {
-                const auto lo = static_cast<unsigned char>(data[2 + 2 * i + (little ? 0 : 1)]);
-                const auto hi = static_cast<unsigned char>(data[2 + 2 * i + (little ? 1 : 0)]);
-                text[i] = QChar(char16_t(lo | (hi << 8)));
+            QStringDecoder decoder(b0 == 0xFF ? QStringConverter::Utf16LE : QStringConverter::Utf16BE);
+            const QString text = decoder(QByteArrayView(data).sliced(2));
+            if (decoder.hasError() || data.size() % 2 != 0) {
+                error = QStringLiteral("invalid UTF-16");
+                return false;
             }
-            return text.toUtf8();
+            out = text.toUtf8();
+            return true;
         }
     }
-    return data;
+    const QByteArray encoding = declaredEncoding(data);
+    if (encoding.isEmpty() || encoding == "utf-8" || encoding == "utf8") {
+        const auto *bytes = reinterpret_cast<const unsigned char *>(data.constData());
+        if (!isValidUtf8(bytes, bytes + data.size())) {
+            error = QStringLiteral("invalid UTF-8");
+            return false;
+        }
+        out = data;
+        return true;
+    }
+    if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "iso_8859-1") {
+        out = QString::fromLatin1(data).toUtf8();
+        return true;
+    }
+    // Other declared encodings, as far as the system knows them exactly.
+    QStringDecoder decoder(encoding.constData());
+    if (encoding.startsWith("utf-16") || !decoder.isValid()) {
+        error = QStringLiteral("an encoding that cannot be read: ") + QString::fromLatin1(encoding);
+        return false;
+    }
+    const QString text = decoder(data);
+    if (decoder.hasError()) {
+        error = QStringLiteral("text that is not ") + QString::fromLatin1(encoding);
+        return false;
+    }
+    out = text.toUtf8();
+    return true;
 }
 
 // Reads one simple value after its key; false with an error when malformed.
@@ -353,7 +446,7 @@ bool readValue(Scanner &s, QString &value, bool &present)
         return s.skipElement(tag);
     }
     if (tag.name == "array" || tag.name == "dict")
-        return s.skipElement(tag);
+        return s.fail("a value that is an array or a dictionary");
     if (tag.name != "string" && tag.name != "integer" && tag.name != "real" && tag.name != "date" && tag.name != "data")
         return s.fail("unknown value type");
     present = true;
@@ -394,6 +487,13 @@ bool readDict(Scanner &s, std::vector<PropertyListReader::Field> &fields, std::d
                 keyStore.emplace_back(key);
                 key = keyStore.back();
             }
+        }
+        // Keys come sorted from every writer we know; only keys out of order
+        // need the full search for a twin.
+        if (!fields.empty() && !(fields.back().key < key)) {
+            for (const PropertyListReader::Field &field : fields)
+                if (field.key == key)
+                    return s.fail("a key twice in one dictionary");
         }
         QString value;
         bool present = false;
@@ -482,7 +582,9 @@ PropertyListReader::Status PropertyListReader::readCollection(const QString &pat
 PropertyListReader::Status PropertyListReader::readCollection(const QByteArray &raw, std::string_view collectionKey,
                                                               const RecordCallback &onRecord)
 {
-    const QByteArray data = asUtf8(raw);
+    QByteArray data;
+    if (!asUtf8(raw, data, t_lastError))
+        return Status::Unreadable;
     Scanner s(data.constData(), data.constData() + data.size());
     bool inPlist = false;
     bool found = false;
@@ -509,7 +611,11 @@ PropertyListReader::Status PropertyListReader::readCollection(const QByteArray &
         std::string_view key;
         if (tag.kind == TagKind::Open && !s.readText("key", key))
             return done(false);
-        const bool wanted = key == collectionKey && !found;
+        // The root holds the one collection and nothing else.
+        if (key != collectionKey)
+            return done(s.fail("an unexpected key in the root dictionary"));
+        if (found)
+            return done(s.fail("the collection key twice"));
         if (!s.skipMisc())
             return done(false);
         Tag value;
@@ -517,11 +623,8 @@ PropertyListReader::Status PropertyListReader::readCollection(const QByteArray &
             return done(false);
         if (value.kind == TagKind::Close)
             return done(s.fail("a key without a value"));
-        if (!wanted || value.name != "array") {
-            if (!s.skipElement(value))
-                return done(false);
-            continue;
-        }
+        if (value.name != "array")
+            return done(s.fail("the collection is not an array"));
         found = true;
         if (value.kind == TagKind::Empty)
             continue;
@@ -540,10 +643,8 @@ PropertyListReader::Status PropertyListReader::readCollection(const QByteArray &
             } else if (element.is(TagKind::Empty, "dict")) {
                 dict.m_fields.clear();
                 onRecord(dict);
-            } else if (element.kind == TagKind::Close) {
-                return done(s.fail("mismatched end tag"));
-            } else if (!s.skipElement(element)) {
-                return done(false);
+            } else {
+                return done(s.fail("an element of the collection that is not a dictionary"));
             }
         }
     }
@@ -554,7 +655,9 @@ PropertyListReader::Status PropertyListReader::readDictionary(const QByteArray &
                                                               std::vector<std::pair<QString, QString>> &out)
 {
     out.clear();
-    const QByteArray data = asUtf8(raw);
+    QByteArray data;
+    if (!asUtf8(raw, data, t_lastError))
+        return Status::Unreadable;
     Scanner s(data.constData(), data.constData() + data.size());
     bool inPlist = false;
     Dict dict;

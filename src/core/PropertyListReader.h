@@ -16,8 +16,11 @@
 // largest record files load quickly and without a second copy in memory.
 //
 // Values of other types are read as their text: <integer>, <real>, <date> and
-// <data> as written, <true/> and <false/> as "YES" and "NO". Nested arrays and
-// dictionaries inside a record are passed over. Line ends inside values are
+// <data> as written, <true/> and <false/> as "YES" and "NO". Anything else
+// is damage, and the file is Unreadable rather than read in part: a value
+// that is an array or dictionary, an element of the collection that is not a
+// dictionary, a key twice, a root key other than the collection's, bytes not
+// valid in the encoding the file declares. Line ends inside values are
 // kept exactly as stored.
 class PropertyListReader
 {

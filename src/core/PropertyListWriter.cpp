@@ -1,6 +1,6 @@
 #include "core/PropertyListWriter.h"
 
-#include <QSaveFile>
+#include "core/AtomicFile.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -96,7 +96,7 @@ void PropertyListWriter::openField(std::string_view key)
 void PropertyListWriter::text(const QString &value)
 {
     char *d = room(5 * value.size());
-    m_used = encodeEscaped(d, value) - m_data;
+    m_used = encodeEscaped(d, value, m_replaced) - m_data;
 }
 
 void PropertyListWriter::number(int value)
@@ -170,12 +170,13 @@ void PropertyListWriter::appendEscaped(QByteArray &out, const QString &text)
 {
     const qsizetype at = out.size();
     out.resize(at + 5 * text.size());
-    out.resize(encodeEscaped(out.data() + at, text) - out.constData());
+    qsizetype replaced = 0;
+    out.resize(encodeEscaped(out.data() + at, text, replaced) - out.constData());
 }
 
 // Writes the text as UTF-8 with the markup characters escaped; the caller
 // provides five bytes of room per UTF-16 unit (the longest escape).
-char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
+char *PropertyListWriter::encodeEscaped(char *d, const QString &text, qsizetype &replaced)
 {
     const auto *s = reinterpret_cast<const char16_t *>(text.constData());
     const qsizetype n = text.size();
@@ -184,6 +185,7 @@ char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
     const __m128i highBits = _mm_set1_epi16(short(0xFF80));
     const __m128i amp = _mm_set1_epi16('&'), lt = _mm_set1_epi16('<'), gt = _mm_set1_epi16('>');
     const __m128i zero = _mm_setzero_si128();
+    const __m128i space = _mm_set1_epi16(' ');
 #endif
     while (i < n) {
 #ifdef __SSE2__
@@ -191,8 +193,10 @@ char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
         while (i + 8 <= n) {
             const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i *>(s + i));
             const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(v, highBits), zero);
+            // Mark-up and control characters (tab and line ends included) leave the fast path.
             const __m128i markup =
-                _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, amp), _mm_cmpeq_epi16(v, lt)), _mm_cmpeq_epi16(v, gt));
+                _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi16(v, amp), _mm_cmpeq_epi16(v, lt)),
+                             _mm_or_si128(_mm_cmpeq_epi16(v, gt), _mm_cmplt_epi16(v, space)));
             if (_mm_movemask_epi8(_mm_andnot_si128(markup, ascii)) != 0xFFFF)
                 break;
             _mm_storel_epi64(reinterpret_cast<__m128i *>(d), _mm_packus_epi16(v, v));
@@ -219,8 +223,22 @@ char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
                     std::memcpy(d, "&gt;", 4);
                     d += 4;
                     break;
-                default:
+                case u'\t':
+                case u'\n':
                     *d++ = char(c);
+                    break;
+                case u'\r':
+                    std::memcpy(d, "&#13;", 5);
+                    d += 5;
+                    break;
+                default:
+                    if (c < 0x20) {
+                        std::memcpy(d, "\xEF\xBF\xBD", 3);
+                        d += 3;
+                        ++replaced;
+                    } else {
+                        *d++ = char(c);
+                    }
                 }
             } else if (c < 0x800) {
                 *d++ = char(0xC0 | (c >> 6));
@@ -233,8 +251,11 @@ char *PropertyListWriter::encodeEscaped(char *d, const QString &text)
                 *d++ = char(0x80 | ((cp >> 6) & 0x3F));
                 *d++ = char(0x80 | (cp & 0x3F));
             } else {
-                // A lone surrogate cannot be written as UTF-8: the replacement character stands in.
-                const char32_t cp = (c >= 0xD800 && c < 0xE000) ? 0xFFFD : c;
+                // A lone surrogate cannot be written as UTF-8, nor U+FFFE or U+FFFF
+                // in XML: the replacement character stands in.
+                const bool forbidden = (c >= 0xD800 && c < 0xE000) || c >= 0xFFFE;
+                replaced += forbidden;
+                const char32_t cp = forbidden ? 0xFFFD : c;
                 *d++ = char(0xE0 | (cp >> 12));
                 *d++ = char(0x80 | ((cp >> 6) & 0x3F));
                 *d++ = char(0x80 | (cp & 0x3F));
@@ -266,24 +287,12 @@ bool PropertyListWriter::writeFile(const QString &path, const QByteArray &bytes,
 
 bool PropertyListWriter::writeFile(const QString &path, const QList<QByteArray> &parts, QString *error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        if (error)
-            *error = file.errorString();
-        return false;
-    }
-    for (const QByteArray &part : parts) {
-        if (file.write(part) != part.size()) {
-            if (error)
-                *error = file.errorString();
-            file.cancelWriting();
-            return false;
-        }
-    }
-    if (!file.commit()) {
-        if (error)
-            *error = file.errorString();
-        return false;
-    }
-    return true;
+    AtomicFile file(path);
+    bool ok = file.open();
+    for (const QByteArray &part : parts)
+        ok = ok && file.write(part.constData(), part.size());
+    ok = ok && file.commit();
+    if (!ok && error)
+        *error = file.errorString();
+    return ok;
 }

@@ -13,6 +13,10 @@
 // Writes XML property lists (version 1.0) in the exact form of the platform's
 // own writer: the XML declaration, the DOCTYPE, <plist version="1.0">, one tab
 // per level, "&", "<" and ">" escaped, UTF-8. Values are always strings.
+// Characters XML 1.0 does not allow (control characters other than tab, line
+// feed and carriage return, U+FFFE, U+FFFF, lone surrogates) are written as
+// U+FFFD and counted; a carriage return is written as "&#13;" so that a
+// reader's line-end handling cannot turn it into a line feed.
 //
 // A record file is written as a root dictionary with one key whose array
 // holds one dictionary per record:
@@ -65,6 +69,16 @@ public:
 
     // The file's bytes, once finish() has been called.
     const QByteArray &data() const { return m_out; }
+    // The bytes made so far; restart() forgets them and keeps the buffer.
+    qsizetype size() const { return m_used; }
+    void restart()
+    {
+        m_used = 0;
+        m_replaced = 0;
+    }
+    const char *bytes() const { return m_data; }
+    // How many characters were written as U+FFFD so far.
+    qsizetype replacedCharacters() const { return m_replaced; }
 
     // A root dictionary of strings (the lock file), keys sorted here.
     static QByteArray dictionary(std::vector<std::pair<QString, QString>> entries);
@@ -96,10 +110,11 @@ private:
     void closeField() { append("</string>\n"); }
     void text(const QString &value);
     void number(int value);
-    static char *encodeEscaped(char *d, const QString &text);
+    static char *encodeEscaped(char *d, const QString &text, qsizetype &replaced);
 
     QByteArray m_out;
     char *m_data = nullptr; // m_out's bytes, kept to avoid a detach check per append
     qsizetype m_capacity = 0;
     qsizetype m_used = 0;
+    qsizetype m_replaced = 0;
 };

@@ -5,6 +5,7 @@
 #include "core/Platform.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -459,6 +460,25 @@ QString cleanImportField(const QString &field)
     return trimmed.mid(from, to - from).trimmed();
 }
 
+// Removes the characters an XML file cannot hold; answers how many.
+qsizetype dropUnstorable(QString &field)
+{
+    const qsizetype before = field.size();
+    for (qsizetype i = 0; i < field.size();) {
+        const char16_t c = field.at(i).unicode();
+        const bool pair = QChar::isHighSurrogate(c) && i + 1 < field.size() && field.at(i + 1).isLowSurrogate();
+        if (pair) {
+            i += 2;
+        } else if ((c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF ||
+                   QChar::isSurrogate(c)) {
+            field.remove(i, 1);
+        } else {
+            ++i;
+        }
+    }
+    return before - field.size();
+}
+
 // The file's text, decoded by its byte-order mark or else as UTF-8; null when
 // the file cannot be read or is not valid in that encoding.
 QString readImportFile(const QString &path)
@@ -495,8 +515,13 @@ void lwDataSource::openPanelDidEnd(const QString &path, int returnCode, const QS
         return;
     lwLog(QStringLiteral("Importing Data"));
     const QString text = readImportFile(path);
-    if (text.isNull())
+    if (text.isNull()) {
         lwLog(QStringLiteral("can't open"));
+        if (Platform *platform = m_ledgerwick ? m_ledgerwick->platform() : nullptr)
+            platform->alert({lwTr("Cannot Read File"),
+                             lwTr("%1 could not be read as UTF-8 or UTF-16 text.").arg(QFileInfo(path).fileName()),
+                             {lwTr("OK")}});
+    }
     importText(text);
 }
 
@@ -535,6 +560,7 @@ int lwDataSource::importText(const QString &text)
         QStringList values;
     };
     std::vector<Row> rows;
+    qsizetype dropped = 0;
     for (int i = 1; i < lines.size(); ++i) {
         lwLog(QStringLiteral("row: %1").arg(i));
         const QStringList fields = lines.at(i).split(QLatin1Char('\t'));
@@ -551,6 +577,7 @@ int lwDataSource::importText(const QString &text)
             if (h >= fields.size())
                 return 0;
             row.values << cleanImportField(fields.at(h));
+            dropped += dropUnstorable(row.values.last());
             lwLog(headings.at(h) + QStringLiteral(": ") + row.values.last());
         }
         rows.push_back(std::move(row));
@@ -584,6 +611,13 @@ int lwDataSource::importText(const QString &text)
     }
 
     reloadData();
+    if (dropped > 0) {
+        lwLog(QStringLiteral("import dropped %1 characters a database file cannot hold").arg(dropped));
+        tell(lwTr("Characters Removed"),
+             lwTr("%1 characters that a database file cannot hold (control characters) were removed from the "
+                  "imported fields.")
+                 .arg(dropped));
+    }
     if (platform)
         platform->alert({lwTr("Import successful"),
                          lwTr("%1 records imported").arg(qsizetype(rows.size())),

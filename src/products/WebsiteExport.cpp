@@ -8,13 +8,16 @@
 #include "core/PropertyListWriter.h"
 #include "products/Item.h"
 
+#include <QFileInfo>
+
 namespace {
 
 // A code names a file directly inside "objects"; anything that could climb
 // out of it, or name the folder itself, is never written.
 bool codeStaysInObjectsFolder(const QString &code)
 {
-    return !code.isEmpty() && !code.contains(QLatin1Char('/')) && !code.contains(QLatin1String(".."));
+    // An empty code or one with ".." but no separator still names a file there.
+    return !code.contains(QLatin1Char('/')) && !code.contains(QLatin1Char('\\')) && !code.contains(QChar(u'\0'));
 }
 
 // The folder that holds the path: trailing slashes are ignored, "/" stays
@@ -82,6 +85,13 @@ bool WebsiteExport::exportItemAsSitemossObject(const Item &item)
               QStringLiteral(")"));
         return false;
     }
+    // A link in the object's place could lead the write anywhere outside the
+    // site; the objects folder itself may be a link, which is the user's choice.
+    if (QFileInfo(path).isSymLink()) {
+        lwLog(QStringLiteral("Not exporting the item with the code \"") + item.getCode() +
+              QStringLiteral("\": its page object is a symbolic link (") + path + QStringLiteral(")"));
+        return false;
+    }
     if (!PropertyListWriter::writeFile(path, fragment(item).toUtf8())) {
         lwLog(QStringLiteral("Unsuccessful exporting data to ") + path + QStringLiteral("\n"));
         return false;
@@ -89,15 +99,17 @@ bool WebsiteExport::exportItemAsSitemossObject(const Item &item)
     return true;
 }
 
-void WebsiteExport::exportAsSitemossObjects(const lwDataSource &items, Platform *platform)
+QStringList WebsiteExport::exportAsSitemossObjects(const lwDataSource &items, Platform *platform)
 {
+    QStringList failed;
     for (const auto &record : items.records()) {
         const auto *item = dynamic_cast<const Item *>(record.get());
-        if (item && item->getExportSitemoss())
-            exportItemAsSitemossObject(*item);
+        if (item && item->getExportSitemoss() && !exportItemAsSitemossObject(*item))
+            failed << objectPath(*item);
     }
     if (platform)
         platform->inform(QStringLiteral("Export"), QStringLiteral("Finished exporting items."));
+    return failed;
 }
 
 QString WebsiteExport::selectWebsiteLocation(Platform *platform, const QString &currentFolder)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class Item;
 class Platform;
@@ -23,13 +24,15 @@ public:
 
     // Writes the fragment as UTF-8 over any earlier file. The "objects"
     // folder must exist already; a failure is logged and not reported to the
-    // user. A code that would put the file elsewhere (empty, or holding "/"
-    // or "..") is refused and logged. Answers whether the file was written.
+    // user. A code that could lead out of the folder (holding "/", "\\" or
+    // NUL) is refused and logged, and so is a symbolic link in the object's
+    // place. Answers whether the file was written.
     static bool exportItemAsSitemossObject(const Item &item);
 
+    // Answers the paths of the objects not written.
     // Exports every item whose website flag is on, shown or filtered out, in
     // collection order, then tells the user it has finished.
-    static void exportAsSitemossObjects(const lwDataSource &items, Platform *platform);
+    static QStringList exportAsSitemossObjects(const lwDataSource &items, Platform *platform);
 
     // Asks for a website folder, starting in the parent of the current one.
     // Answers the chosen folder, or currentFolder when the user cancelled.

@@ -1,4 +1,5 @@
 #include "ui/MainWindow.h"
+#include "ui/RestoreBackupDialog.h"
 
 #include "app/Ledgerwick.h"
 #include "core/lwKeyResponder.h"
@@ -279,6 +280,7 @@ void MainWindow::buildMenus()
     csv->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     file->addAction(lwTr("Export to &HTML…"), this, &MainWindow::exportHTMLMenuItem);
     file->addSeparator();
+    file->addAction(lwTr("Restore from &Backup…"), this, &MainWindow::restoreFromBackup);
     QAction *print = file->addAction(lwTr("&Print…"), this, &MainWindow::printMenuItem);
     print->setShortcut(QKeySequence::Print);
     file->addSeparator();
@@ -499,22 +501,52 @@ void MainWindow::showLockSheet(const QString &lockDateTime)
     sheet->setAttribute(Qt::WA_DeleteOnClose);
     sheet->setIcon(QMessageBox::Warning);
     sheet->setWindowModality(Qt::WindowModal);
-    sheet->setText(lwTr("This database is open in another copy of Ledgerwick."));
-    const QString since = lockDateTime.isEmpty() ? QString() : lwTr("It has been in use since %1. ").arg(lockDateTime);
-    sheet->setInformativeText(since + lwTr("This copy works read-only: you can look at everything, but nothing you "
-                                           "change will be saved. If no other copy is running, quit, delete the file "
-                                           "\"lock.xml\" in the database folder and start again."));
+    const bool stale = m_ledgerwick->lockIsStale();
+    if (stale) {
+        // Only a lock whose copy has ended can be taken over.
+        sheet->setText(lockDateTime.isEmpty()
+                           ? lwTr("The copy that opened this database is no longer running.")
+                           : lwTr("The copy that opened this database on %1 is no longer running.").arg(lockDateTime));
+        sheet->setInformativeText(lwTr("It may have ended without saving. Open the database anyway to work on it "
+                                       "here, or continue read-only."));
+    } else {
+        sheet->setText(lwTr("This database is open in another copy of Ledgerwick."));
+        const QString since =
+            lockDateTime.isEmpty() ? QString() : lwTr("It has been in use since %1. ").arg(lockDateTime);
+        sheet->setInformativeText(since + lwTr("This copy works read-only: you can look at everything, but nothing "
+                                               "you change will be saved."));
+    }
     QPushButton *ok = sheet->addButton(lwTr("Continue Read-Only"), QMessageBox::AcceptRole);
     sheet->setDefaultButton(ok);
-    connect(sheet, &QMessageBox::finished, m_ledgerwick, [l = m_ledgerwick] { l->cancelLockSheet(); });
+    if (stale) {
+        QPushButton *anyway = sheet->addButton(lwTr("Open Anyway"), QMessageBox::DestructiveRole);
+        anyway->setObjectName(QStringLiteral("openAnyway"));
+    }
+    connect(sheet, &QMessageBox::finished, m_ledgerwick, [l = m_ledgerwick, sheet] {
+        const QAbstractButton *pressed = sheet->clickedButton();
+        if (pressed && pressed->objectName() == QLatin1String("openAnyway") && l->openAnyway())
+            return;
+        l->cancelLockSheet();
+    });
     sheet->open();
+}
+
+void MainWindow::restoreFromBackup()
+{
+    auto *dialog = new RestoreBackupDialog(m_ledgerwick, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     // Closing the main window quits, saving everything first.
     if (!m_saved) {
-        m_ledgerwick->applicationShouldTerminate();
+        // A save that failed may have been answered with Cancel: stay open.
+        if (!m_ledgerwick->applicationShouldTerminate()) {
+            event->ignore();
+            return;
+        }
         m_saved = true;
     }
     event->accept();

@@ -74,6 +74,8 @@ private:
     void buildMenus();
     void buildToolbar();
     void showLockSheet(const QString &lockDateTime);
+    // File > Restore from Backup…: the list of backups, then a confirmation.
+    void restoreFromBackup();
 
     Ledgerwick *m_ledgerwick;
     QTabWidget *m_tabs = nullptr;

@@ -156,12 +156,14 @@ void TestImport::readsFilesAndLogs()
     QCOMPARE(alertTexts(*m_platform), QStringList{success(2)});
     QCOMPARE(m_table->getCount(), 2);
 
-    // A file that cannot be read is only logged and imports nothing.
+    // A file that cannot be read is said to be so and imports nothing.
     log.clear();
     m_platform->alerts.clear();
     m_table->openPanelDidEnd(QStringLiteral(LW_TEST_DATA "/import/missing.tdl"), 1, QStringLiteral("Import Data"));
     QCOMPARE(log.lines(), QStringList({QStringLiteral("Importing Data"), QStringLiteral("can't open")}));
-    QCOMPARE(alertTexts(*m_platform), QStringList{success(0)});
+    QCOMPARE(alertTexts(*m_platform),
+             QStringList({QStringLiteral("Cannot Read File: missing.tdl could not be read as UTF-8 or UTF-16 text."),
+                          success(0)}));
     QCOMPARE(m_table->getCount(), 2);
 }
 
@@ -190,7 +192,10 @@ void TestImport::decodesByByteOrderMark()
         if (file.records)
             QCOMPARE(m_table->records().back()->getFieldByName(QStringLiteral("name")), QStringLiteral("Zo\u00eb"));
     }
-    QCOMPARE(alertTexts(*m_platform), QStringList({success(1), success(1), success(0)}));
+    QCOMPARE(alertTexts(*m_platform),
+             QStringList({success(1), success(1),
+                          QStringLiteral("Cannot Read File: in.csv could not be read as UTF-8 or UTF-16 text."),
+                          success(0)}));
 }
 
 void TestImport::panelAndContext()

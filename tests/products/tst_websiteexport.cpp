@@ -198,7 +198,7 @@ void tst_WebsiteExport::codesOutsideTheObjectsFolderAreRefused_data()
     QTest::addColumn<QString>("code");
     QTest::addRow("climbs out") << u"../LwkItemX"_s;
     QTest::addRow("into a sub-folder") << u"a/b"_s;
-    QTest::addRow("empty") << u""_s;
+    QTest::addRow("backslash") << u"a\\b"_s;
 }
 
 void tst_WebsiteExport::codesOutsideTheObjectsFolderAreRefused()

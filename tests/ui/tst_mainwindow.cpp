@@ -1,10 +1,12 @@
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
 #include "ui/MainWindow.h"
+#include "ui/RestoreBackupDialog.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QListWidget>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -13,9 +15,12 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTabWidget>
+#include <QPushButton>
 #include <QTest>
 #include <QToolBar>
 #include <QTreeView>
+
+using namespace Qt::Literals::StringLiterals;
 
 class TestMainWindow : public QObject
 {
@@ -29,6 +34,7 @@ private Q_SLOTS:
     void deleteAndEditGoToTheListWithFocus();
     void closingSavesEverything();
     void aLockShowsTheSheetAndRefusesEdits();
+    void restoreFromBackupListsAndRestores();
 
 private:
     std::unique_ptr<AppFixture> m_app;
@@ -192,9 +198,11 @@ void TestMainWindow::aLockShowsTheSheetAndRefusesEdits()
     auto *sheet = m_window->findChild<QMessageBox *>(QStringLiteral("lockInfoWindow"));
     QVERIFY(sheet);
     QTRY_VERIFY(sheet->isVisible());
-    QVERIFY(sheet->informativeText().contains(QLatin1String("2007-03-01 14:05:09 +0000")));
+    // No running copy holds the bundle: the lock is stale and can be taken over.
+    QVERIFY(sheet->text().contains(QLatin1String("on 2007-03-01 14:05:09 +0000 is no longer running")));
+    QVERIFY(sheet->findChild<QAbstractButton *>(QStringLiteral("openAnyway")));
     QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-    sheet->buttons().constFirst()->click();
+    sheet->defaultButton()->click();
     QVERIFY(m_ledgerwick->isReadOnly());
     QVERIFY(!m_items->readOnlyCheck());
     QCOMPARE(m_platform->alerts.last().title, QStringLiteral("Read-only mode"));
@@ -203,6 +211,33 @@ void TestMainWindow::aLockShowsTheSheetAndRefusesEdits()
     m_window->close();
     QVERIFY(!QFile::exists(bundle + QStringLiteral("/contacts.xml")));
     QVERIFY(QFile::exists(bundle + QStringLiteral("/lock.xml")));
+}
+
+void TestMainWindow::restoreFromBackupListsAndRestores()
+{
+    m_ledgerwick->readDatabase();
+    m_app->addItem(u"A1"_s, u"Anvil"_s);
+    QVERIFY(m_ledgerwick->writeDatabase(m_items));
+    m_app->addItem(u"B2"_s, u"Bolt"_s);
+    QVERIFY(m_ledgerwick->writeDatabase(m_items)); // backed up the one-item file first
+
+    QAction *menu = nullptr;
+    for (QAction *action : m_window->findChildren<QAction *>())
+        if (action->text() == u"Restore from &Backup…"_s)
+            menu = action;
+    QVERIFY(menu);
+    menu->trigger();
+    auto *dialog = m_window->findChild<RestoreBackupDialog *>();
+    QVERIFY(dialog);
+    QCOMPARE(dialog->list()->count(), 1);
+    QVERIFY(dialog->list()->item(0)->text().contains(u"1 items"_s));
+    m_platform->alertAnswers << 1; // Cancel at the confirmation
+    dialog->restoreSelected();
+    QCOMPARE(m_items->getCount(), 2);
+    m_platform->alertAnswers << 0;
+    dialog->restoreSelected();
+    QCOMPARE(m_platform->alerts.last().buttons, QStringList({u"Restore"_s, u"Cancel"_s}));
+    QCOMPARE(m_items->getCount(), 1);
 }
 
 QTEST_MAIN(TestMainWindow)
