@@ -80,9 +80,9 @@ void HelpWindow::showAddress(const QUrl &address)
     activateWindow();
 }
 
-void HelpWindow::markCurrentPage()
+void HelpWindow::markCurrentPage(const QUrl &address)
 {
-    const QString page = m_browser->source().fileName();
+    const QString page = address.fileName();
     for (int i = 0; i < m_contents->count(); ++i)
         if (m_contents->item(i)->data(Qt::UserRole).toString() == page) {
             m_contents->setCurrentRow(i);

@@ -25,7 +25,7 @@ public:
     QAction *forwardAction() const { return m_forward; }
 
 private:
-    void markCurrentPage();
+    void markCurrentPage(const QUrl &address);
 
     QTextBrowser *m_browser = nullptr;
     QListWidget *m_contents = nullptr;

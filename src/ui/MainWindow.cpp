@@ -332,9 +332,13 @@ void MainWindow::buildFileMenu()
     file->addSeparator();
     QAction *quit = file->addAction(lwTr("&Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
-    quit->setShortcut(QKeySequence::Quit);
+    // Some desktops define no standard quit key; Ctrl+Q is what people expect there.
+    const QList<QKeySequence> quitKeys = QKeySequence::keyBindings(QKeySequence::Quit);
+    quit->setShortcut(quitKeys.isEmpty() ? QKeySequence(Qt::CTRL | Qt::Key_Q) : quitKeys.first());
     // Quits from whichever of the program's windows is in front.
     quit->setShortcutContext(Qt::ApplicationShortcut);
+    // Menus are not shown, so the shortcut also needs a shown widget to belong to.
+    addAction(quit);
     quit->setMenuRole(QAction::QuitRole);
 }
 
