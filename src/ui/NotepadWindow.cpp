@@ -38,7 +38,8 @@ NotepadWindow::NotepadWindow(PrefsController *controller, QWidget *parent)
     // The document goes with the controller: let go of it first. While the
     // controller's destroyed() runs, its child document is still whole.
     connect(controller, &QObject::destroyed, this, &NotepadWindow::releaseDocument);
-    resize(500, 600);
+    // Wide enough for the whole format bar.
+    resize(760, 600);
 }
 
 NotepadWindow::~NotepadWindow()
