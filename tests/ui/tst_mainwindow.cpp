@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
+#include <QLabel>
+#include <QStatusBar>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -38,6 +40,8 @@ private Q_SLOTS:
     void helpWithoutABrowserOpensTheHelpWindow();
     void quitKeyWorksFromAnotherWindow();
     void enterOnARowOpensIt();
+    void editCommandsActOnTheFocusedField();
+    void statusBarCountsShownAndHiddenRecords();
 
 private:
     std::unique_ptr<AppFixture> m_app;
@@ -289,6 +293,41 @@ void TestMainWindow::enterOnARowOpensIt()
     QTest::keyClick(items, Qt::Key_Return);
     QVERIFY(m_items->isEditorShown());
     QCOMPARE(m_items->editorState().code, QStringLiteral("P1"));
+}
+
+void TestMainWindow::editCommandsActOnTheFocusedField()
+{
+    m_window->show();
+    auto *field = new QLineEdit(QStringLiteral("Hinge"), m_window->statusBar());
+    field->show();
+    field->setFocus();
+    QTRY_VERIFY(field->hasFocus());
+    QVERIFY(MainWindow::editFocusedField("selectAll"));
+    QVERIFY(MainWindow::editFocusedField("cut"));
+    QCOMPARE(field->text(), QString());
+    QVERIFY(MainWindow::editFocusedField("undo"));
+    QCOMPARE(field->text(), QStringLiteral("Hinge"));
+    // A list has no text commands: nothing happens.
+    QAbstractItemView *items = m_window->viewFor(m_items);
+    m_window->selectTab(QStringLiteral("3"));
+    items->setFocus();
+    QTRY_VERIFY(items->hasFocus());
+    QVERIFY(!MainWindow::editFocusedField("paste"));
+}
+
+void TestMainWindow::statusBarCountsShownAndHiddenRecords()
+{
+    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
+    m_app->addItem(QStringLiteral("P2"), QStringLiteral("Bracket"));
+    m_window->show();
+    m_window->selectTab(QStringLiteral("3"));
+    auto *count = m_window->findChild<QLabel *>(QStringLiteral("recordCount"));
+    QVERIFY(count);
+    m_items->filter(nullptr);
+    QCOMPARE(count->text(), QStringLiteral("2 records"));
+    m_items->editorState().searchText = QStringLiteral("hinge");
+    m_items->filter(nullptr);
+    QCOMPARE(count->text(), QStringLiteral("1 of 2 records shown; 1 hidden by the search or filter"));
 }
 
 QTEST_MAIN(TestMainWindow)
