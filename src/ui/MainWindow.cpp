@@ -505,6 +505,8 @@ void MainWindow::setTerms(const QString &order, const QString &orders, const QSt
     m_termItem = item;
     m_tabs->setTabText(1, orders);
     m_tabs->setTabText(2, items);
+    if (m_itemsMenu)
+        m_itemsMenu->setTitle(items);
     for (QAction *action : m_toolbar->actions()) {
         if (action->objectName() == QLatin1String("orderItemIdentifier") && !action->text().isEmpty())
             action->setText(QStringLiteral("New ") + order);

@@ -147,8 +147,11 @@ void TestLedgerwick::startUpReadsPreferencesFirstAndQuitSaves()
     ScriptedPlatform platform;
     Ledgerwick ledgerwick(&platform);
     QCOMPARE(ledgerwick.getDateFormatter(), nullptr);
+    QVERIFY(ledgerwick.printInfo().horizontallyCentered && ledgerwick.printInfo().verticallyCentered);
     LogCapture log;
     ledgerwick.startUp();
+    // Prints start at the page's corner.
+    QVERIFY(!ledgerwick.printInfo().horizontallyCentered && !ledgerwick.printInfo().verticallyCentered);
     QCOMPARE(ledgerwick.originalDbLocation(), home.filePath(QStringLiteral("elsewhere.lwkdb")));
     QCOMPARE(log.lines().constLast(), QStringLiteral("Finished reading database"));
     QVERIFY(ledgerwick.getDateFormatter());

@@ -94,6 +94,7 @@ void TestMainWindow::toolbarHasItsItemsInOrder()
     QCOMPARE(m_window->mainToolbar()->actions().at(5)->text(), QStringLiteral("New Job"));
     QCOMPARE(m_window->mainToolbar()->actions().at(8)->text(), QStringLiteral("New Part"));
     QCOMPARE(m_window->tabs()->tabText(1), QStringLiteral("Jobs"));
+    QCOMPARE(m_window->findChild<QMenu *>(QStringLiteral("itemsMenu"))->title(), QStringLiteral("Parts"));
 
     // The buttons reach their targets.
     m_window->mainToolbar()->actions().at(8)->trigger();
