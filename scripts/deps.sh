@@ -8,6 +8,7 @@ packages=(
   libgl-dev libpugixml-dev
   clang libclang-rt-dev
   xvfb xauth
+  dpkg-dev
 )
 
 missing=()

@@ -142,6 +142,9 @@ void Ledgerwick::startUp()
     m_reports->populateFilter();
     readDatabase();
     lwLog(QStringLiteral("Finished reading database"));
+    // Lists and invoices print from the page's top left corner.
+    m_printInfo.horizontallyCentered = false;
+    m_printInfo.verticallyCentered = false;
 }
 
 bool Ledgerwick::applicationShouldTerminate()
@@ -244,6 +247,15 @@ void Ledgerwick::requestCheckoutManagerResign()
 
 // --- routing ---------------------------------------------------------------------
 
+void Ledgerwick::setSelectedTab(const QString &identifier)
+{
+    if (identifier == m_selectedTab)
+        return;
+    m_selectedTab = identifier;
+    if (identifier == QLatin1String("tabReports"))
+        lwLog(QStringLiteral("*** is reports"));
+}
+
 lwDataSource *Ledgerwick::frontDataSource() const
 {
     if (!m_mainWindowKey)
@@ -274,8 +286,6 @@ lwDataSource *Ledgerwick::frontList() const
             return m_statement;
         return m_bills;
     }
-    if (m_selectedTab == QLatin1String("tabReports"))
-        lwLog(QStringLiteral("*** is reports"));
     return frontDataSource();
 }
 

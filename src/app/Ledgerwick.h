@@ -46,6 +46,13 @@ public:
     PrefsController *getPrefsController() const override { return m_prefs; }
     lwDateFormatter *getDateFormatter() const override { return m_dateFormatter.get(); }
     Manual *getManual() const { return m_manual; }
+    // The print settings every print of the program shares.
+    struct PrintInfo
+    {
+        bool horizontallyCentered = true;
+        bool verticallyCentered = true;
+    };
+    const PrintInfo &printInfo() const { return m_printInfo; }
 
     // --- start and quit -----------------------------------------------------
     // In order: the preferences, the date formatter, the reports folder and
@@ -108,7 +115,8 @@ public:
     // the accounts sub-tab ("1" bills, "2" money in, "3" statement), the list
     // whose view has the keyboard focus (none), and whether the main window
     // is the key window.
-    void setSelectedTab(const QString &identifier) { m_selectedTab = identifier; }
+    // The reports tab logs "*** is reports" each time it comes to the front.
+    void setSelectedTab(const QString &identifier);
     void setSelectedAccountsTab(const QString &identifier) { m_selectedAccountsTab = identifier; }
     void setFocusedList(const lwDataSource *list) { m_focusedList = list; }
     void setMainWindowKey(bool key) { m_mainWindowKey = key; }
@@ -215,6 +223,7 @@ private:
     std::array<lwDataSource *, 6> m_managers{};
 
     QString m_selectedTab = QStringLiteral("1");
+    PrintInfo m_printInfo;
     QString m_selectedAccountsTab = QStringLiteral("1");
     const lwDataSource *m_focusedList = nullptr;
     bool m_mainWindowKey = true;

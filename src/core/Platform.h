@@ -50,6 +50,8 @@ public:
         QString directory;              // where the panel starts; empty: its own choice
         QString suggestedName;          // save panels only
         bool chooseDirectories = false; // open panels only
+        QString prompt;                 // the confirming button's text; empty: the panel's own
+        QString nameLabel;              // the label of the name field; empty: the panel's own
     };
 
     virtual ~Platform();

@@ -26,6 +26,12 @@ bool lwKeyResponder::isDeleteKey(const QKeyEvent *event)
     }
 }
 
+bool lwKeyResponder::isOpenKey(const QKeyEvent *event)
+{
+    return (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+           !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier | Qt::ShiftModifier));
+}
+
 bool lwKeyResponder::keyDown(QKeyEvent *event)
 {
     if (!isDeleteKey(event))
@@ -56,6 +62,13 @@ bool lwKeyResponder::eventFilter(QObject *watched, QEvent *event)
         return false;
     auto *key = static_cast<QKeyEvent *>(event);
     if (keyDown(key)) {
+        key->accept();
+        return true;
+    }
+    if (isOpenKey(key)) {
+        // Enter opens the selected row, as a double-click does.
+        if (m_owner && m_owner->selectedRow() >= 0)
+            m_owner->edit(this);
         key->accept();
         return true;
     }

@@ -8,7 +8,8 @@ class lwDataSource;
 
 // Stands behind a manager's table view. The view keeps the keys it uses
 // itself (arrows, paging, selection shortcuts); the delete keys go to the
-// owner's deleteKey(); any other key, letters included, goes no further.
+// owner's deleteKey(), Enter to its edit(); any other key, letters
+// included, goes no further.
 // Installed as an event filter on the view (or its viewport).
 class lwKeyResponder : public QObject
 {
@@ -25,6 +26,8 @@ public:
     void deleteKey(QObject *sender);
 
     static bool isDeleteKey(const QKeyEvent *event);
+    // Return or Enter without modifiers: opens the selected row.
+    static bool isOpenKey(const QKeyEvent *event);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -33,7 +33,7 @@ void ensureResources()
     Q_UNUSED(done);
 }
 
-QByteArray contents(const QString &path, bool *ok)
+QByteArray fileContents(const QString &path, bool *ok)
 {
     QFile file(path);
     *ok = file.open(QIODevice::ReadOnly);
@@ -109,7 +109,7 @@ bool Manual::installPages()
         const QString source = it.next();
         ++shipped;
         bool ok = false;
-        const QByteArray data = contents(source, &ok);
+        const QByteArray data = fileContents(source, &ok);
         const QString path = target + QLatin1Char('/') + it.fileName();
         // Pages left by an older version of the program are replaced; the
         // same ones are left alone so the folder is not rewritten on every click.
@@ -127,19 +127,48 @@ bool Manual::installPages()
     return allWritten;
 }
 
+const QList<Manual::Entry> &Manual::contents()
+{
+    static const QList<Entry> entries = {
+        {"menu.html", "Contents", &Manual::menu1},
+        {"quickstart.html", "Getting started", &Manual::quickstart},
+        {"orders1.html", "Orders", &Manual::orders},
+        {"orders2.html", "Order lines", &Manual::BOM},
+        {"orders3.html", "Money and invoices", &Manual::financial},
+        {"orders4.html", "Repeating orders", &Manual::recurrence},
+        {"contacts.html", "Contacts and companies", &Manual::contacts},
+        {"items.html", "Items and stock", &Manual::items},
+        {"timemanagement.html", "Tasks and time", &Manual::protime},
+        {"accountsmanagement.html", "Accounts", &Manual::proaccounts},
+        {"datamanagement.html", "Exports, reports and documents", &Manual::prodata},
+        {"usermanagement.html", "Your database", &Manual::prodatabase},
+        {"prefs.html", "Preferences", &Manual::prefs},
+    };
+    return entries;
+}
+
+QString Manual::pageTitle(const QString &page)
+{
+    for (const Entry &entry : contents())
+        if (page == QLatin1String(entry.page))
+            return lwTr(entry.title);
+    return {};
+}
+
 void Manual::display(const QString &page)
 {
-    // Nothing is shown to the user when the pages cannot be written or the
-    // browser cannot open them: the log says why.
+    // Unwritable pages are logged; the help window then says the page is missing.
     installPages();
-    if (m_platform)
-        m_platform->openUrl(QUrl(baseAddress() + page));
+    const QUrl address(baseAddress() + page);
+    if (!m_platform || !m_platform->openUrl(address))
+        Q_EMIT openInHelpWindow(address);
 }
 
 void Manual::updates(QObject *)
 {
-    if (m_platform)
-        m_platform->openUrl(QUrl(homePage()));
+    const QUrl address(homePage());
+    if (!m_platform || !m_platform->openUrl(address))
+        Q_EMIT openInHelpWindow(address);
 }
 
 void Manual::menu1(QObject *)

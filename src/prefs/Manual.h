@@ -3,11 +3,13 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 
 class Platform;
 
 // Target of the help menu and the windows' help buttons: each action opens
-// one page of the manual in the user's browser. The pages ship inside the
+// one page of the manual in the user's browser, or, where the desktop has
+// none, asks for the program's own help window. The pages ship inside the
 // program and are unpacked into a folder of the user's, so the manual works
 // without a network and always matches the program that shows it.
 class Manual : public QObject
@@ -30,6 +32,20 @@ public:
     // folder() or differs from the shipped one. False when one of them could
     // not be written; the others are still written.
     static bool installPages();
+    // The title a page is listed under in the manual's contents.
+    static QString pageTitle(const QString &page);
+    // The pages in the order of the manual's contents, each with its action.
+    struct Entry
+    {
+        const char *page;
+        const char *title;
+        void (Manual::*action)(QObject *);
+    };
+    static const QList<Entry> &contents();
+
+Q_SIGNALS:
+    // The desktop could not open the address: the program shows it itself.
+    void openInHelpWindow(const QUrl &address);
 
 public Q_SLOTS:
     // Opens the base address followed by the page name, e.g. "items.html".

@@ -330,6 +330,8 @@ void PrefsController::selectDbLocation(QObject *)
     // bundle of the database's type is taken.
     Platform::Panel panel(lwTr("Choose an existing database"), {kDatabaseType}, panelDirectory());
     panel.chooseDirectories = true;
+    panel.prompt = lwTr("Choose");
+    panel.nameLabel = lwTr("database name");
     const QString chosen = m_platform->openPanel(panel);
     if (!chosen.isEmpty() && QFileInfo(chosen).suffix().compare(kDatabaseType, Qt::CaseInsensitive) != 0)
         return;
@@ -340,7 +342,9 @@ void PrefsController::createDbLocation(QObject *)
 {
     if (!m_platform)
         return;
-    const Platform::Panel panel(lwTr("Create new database"), {kDatabaseType}, panelDirectory());
+    Platform::Panel panel(lwTr("Create new database"), {kDatabaseType}, panelDirectory());
+    panel.prompt = lwTr("Create");
+    panel.nameLabel = lwTr("database name");
     QString chosen = m_platform->savePanel(panel);
     if (!chosen.isEmpty() && QFileInfo(chosen).suffix().compare(kDatabaseType, Qt::CaseInsensitive) != 0)
         chosen += QLatin1Char('.') + kDatabaseType;

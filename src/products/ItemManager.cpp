@@ -139,6 +139,11 @@ void ItemManager::chooseImage(QObject *)
         desktop->beep();
 }
 
+void ItemManager::exportAsSitemossObjects(QObject *)
+{
+    WebsiteExport::exportAsSitemossObjects(*this, platform());
+}
+
 void ItemManager::selectWebsiteLocation(QObject *)
 {
     m_state.websiteFolder = WebsiteExport::selectWebsiteLocation(platform(), m_state.websiteFolder);
@@ -228,9 +233,11 @@ void ItemManager::fillState(const Item &record)
     s.qty = item->getQty();
     s.optimumQty = item->getOptimumQty();
     s.bought = item->getBought();
+    // A status the list lacks (imported) is shown as the one extra entry of
+    // this item only, so the pop-up never grows from item to item.
+    s.status.entries = statusEntries();
     s.status.selectTitle(item->getStatus());
     if (s.status.index < 0 && !item->getStatus().isEmpty()) {
-        // A status the list lacks (imported) is added, so that it is shown.
         s.status.entries << item->getStatus();
         s.status.index = int(s.status.entries.size()) - 1;
     }

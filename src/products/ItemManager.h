@@ -59,6 +59,8 @@ public:
     void chooseImage(QObject *sender);
     // Asks for the website folder, starting beside the one in the editor.
     void selectWebsiteLocation(QObject *sender);
+    // Writes the page object of every item marked for the website, then says so.
+    void exportAsSitemossObjects(QObject *sender);
     // Opens the supplier picker; its answer goes to setSupplier().
     void pickSupplier(QObject *sender);
     // The picked contact's name goes into the supplier field.

@@ -41,6 +41,10 @@ void Picker::beginfor(Callback callback, lwDataSource *source, const QString &fi
     m_searchText = lwEmpty();
     m_windowTitle = QStringLiteral("Select ") + type;
     m_currentDataSource = source;
+    // The headers name the fields shown: "name" is titled "Name".
+    const auto title = [](const QString &field) -> QString { return field.left(1).toUpper() + field.mid(1); };
+    setColumns({{QStringLiteral("1"), title(field1), columns().at(0).width},
+                {QStringLiteral("2"), title(field2), columns().at(1).width}});
 
     const int count = source->getCount();
     for (int n = 0; n < count; ++n) {

@@ -120,6 +120,9 @@ QString WebsiteExport::selectWebsiteLocation(Platform *platform, const QString &
     Platform::Panel panel(QStringLiteral("Choose a Sitemoss website folder"));
     panel.directory = DatabasePaths::expandTilde(parentFolder(currentFolder));
     panel.chooseDirectories = true;
+    panel.prompt = lwTr("Choose");
+    panel.nameLabel = lwTr("Folder name");
     const QString chosen = platform->openPanel(panel);
+    // The folder panel answers only a folder the user confirmed.
     return chosen.isEmpty() ? currentFolder : chosen;
 }

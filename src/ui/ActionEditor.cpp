@@ -27,6 +27,7 @@ ActionEditor::ActionEditor(ActionManager *manager, QWidget *parent)
     bind(m_ui->totalChargeEdit, s.totalCharge);
     setFirstField(m_ui->titleEdit);
 
+    m_ui->buttonRow->insertWidget(0, makeHelpButton());
     auto *base = static_cast<lwEditorManagerBase *>(m_manager);
     connectAction(m_ui->okButton, base, &lwEditorManagerBase::finish);
     connectAction(m_ui->cancelButton, base, &lwEditorManagerBase::cancel);

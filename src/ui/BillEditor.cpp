@@ -23,6 +23,7 @@ BillEditor::BillEditor(BillManager *manager, QWidget *parent)
     bind(m_ui->detailsEdit, s.details);
     setFirstField(m_ui->numberEdit);
 
+    m_ui->buttonRow->insertWidget(0, makeHelpButton());
     auto *base = static_cast<lwEditorManagerBase *>(m_manager);
     connectAction(m_ui->okButton, base, &lwEditorManagerBase::finish);
     connectAction(m_ui->cancelButton, base, &lwEditorManagerBase::cancel);

@@ -106,6 +106,7 @@ ContactWindowBase::ContactWindowBase(lwEditorManagerBase *manager, ContactEditor
     m_lists = new QHBoxLayout;
     outer->addLayout(m_lists, 1);
     m_buttons = new QHBoxLayout;
+    m_buttons->addWidget(makeHelpButton());
     m_buttons->addStretch(1);
     auto *cancel = new QPushButton(lwTr("Cancel"), this);
     cancel->setObjectName(QStringLiteral("cancelButton"));

@@ -47,6 +47,7 @@ ItemEditor::ItemEditor(ItemManager *manager, QWidget *parent)
     connectAction(m_ui->chooseImageButton, m_manager, &ItemManager::chooseImage);
     connectAction(m_ui->deleteImageButton, m_manager, &ItemManager::deleteImage);
     connectAction(m_ui->websiteFolderButton, m_manager, &ItemManager::selectWebsiteLocation);
+    m_ui->buttonLayout->insertWidget(0, makeHelpButton());
     connect(m_ui->imageWell, &ItemImageWell::fileDropped, this,
             [this](const QString &path) { run([this, path] { m_manager->setImageFromFile(path); }); });
 

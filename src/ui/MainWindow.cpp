@@ -9,21 +9,25 @@
 #include "contacts/ContactManager.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
+#include "ui/HelpWindow.h"
 #include "ui/integrityTableView.h"
 #include "ui/lwOutlineView.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QFile>
 #include <QHeaderView>
 #include <QIcon>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMetaMethod>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTextDocument>
@@ -102,6 +106,11 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
 
     buildToolbar();
     buildMenus();
+    m_recordCount = new QLabel(this);
+    m_recordCount->setObjectName(QStringLiteral("recordCount"));
+    statusBar()->addPermanentWidget(m_recordCount);
+    connect(m_tabs, &QTabWidget::currentChanged, this, &MainWindow::updateStatusBar);
+    connect(m_accountsTabs, &QTabWidget::currentChanged, this, &MainWindow::updateStatusBar);
     statusBar()->showMessage(lwTr("Ready"));
     resize(1240, 760);
 
@@ -114,6 +123,9 @@ MainWindow::MainWindow(Ledgerwick *ledgerwick, QWidget *parent) : QMainWindow(pa
     connect(this, &MainWindow::preferencesRequested, prefs, [prefs] { prefs->openWindow(); });
     connect(this, &MainWindow::helpRequested, m_ledgerwick->getManual(),
             [l = m_ledgerwick] { l->getManual()->menu1(); });
+    // Where the desktop cannot show the manual, the program does.
+    connect(m_ledgerwick->getManual(), &Manual::openInHelpWindow, this,
+            [this](const QUrl &address) { helpWindow()->showAddress(address); });
     connect(m_ledgerwick, &Ledgerwick::readOnlyChanged, this, [this](bool readOnly) {
         setWindowTitle(readOnly ? QStringLiteral("Ledgerwick — ") + lwTr("read-only") : QStringLiteral("Ledgerwick"));
     });
@@ -168,6 +180,11 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
         view = table;
     }
     view->setObjectName(source->objectName() + QStringLiteral("View"));
+    view->setProperty("emptyText", emptyListText(source->objectName()));
+    connect(source, &QAbstractItemModel::modelReset, this, &MainWindow::updateStatusBar);
+    connect(source, &QAbstractItemModel::layoutChanged, this, &MainWindow::updateStatusBar);
+    connect(source, &QAbstractItemModel::rowsInserted, this, &MainWindow::updateStatusBar);
+    connect(source, &QAbstractItemModel::rowsRemoved, this, &MainWindow::updateStatusBar);
     source->setTableSelection(view->selectionModel());
     // Double-click edits; the delete keys ask the manager to delete.
     connect(view, &QAbstractItemView::doubleClicked, source, [source] { source->edit(nullptr); });
@@ -176,6 +193,26 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
     view->installEventFilter(responder);
     m_views.insert(source, view);
     return view;
+}
+
+QString MainWindow::emptyListText(const QString &list)
+{
+    if (list == QLatin1String("items"))
+        return lwTr("No items yet. New Item (Ctrl+N) adds one; File > Import brings rows in from a "
+                    "tab-separated file.");
+    if (list == QLatin1String("contacts"))
+        return lwTr("No contacts yet. New Contact (Ctrl+N) adds a person, New Company a company; File > Import "
+                    "brings rows in from a tab-separated file.");
+    if (list == QLatin1String("orders"))
+        return lwTr("No orders yet. New Order (Ctrl+N) starts one for a customer.");
+    if (list == QLatin1String("actions"))
+        return lwTr("No tasks yet. New Task (Ctrl+N) adds one, with its time and alarm.");
+    if (list == QLatin1String("bills"))
+        return lwTr("No bills yet. New Invoice (Ctrl+N) records money you pay out.");
+    if (list == QLatin1String("reports"))
+        return lwTr("No reports here yet. Report definitions are read from the reports folder beside the "
+                    "database.");
+    return lwTr("Nothing here yet.");
 }
 
 QStringList MainWindow::toolbarItemIdentifiers()
@@ -268,7 +305,18 @@ void MainWindow::buildToolbar()
 
 void MainWindow::buildMenus()
 {
+    buildFileMenu();
+    buildEditMenu();
+    buildViewMenu();
+    buildItemsMenu();
+    buildWindowMenu();
+    buildHelpMenu();
+}
+
+void MainWindow::buildFileMenu()
+{
     QMenu *file = menuBar()->addMenu(lwTr("&File"));
+    file->setObjectName(QStringLiteral("fileMenu"));
     QAction *newRecord = file->addAction(lwTr("&New"), this, &MainWindow::newMenuItem);
     newRecord->setShortcut(QKeySequence::New);
     file->addSeparator();
@@ -285,10 +333,39 @@ void MainWindow::buildMenus()
     print->setShortcut(QKeySequence::Print);
     file->addSeparator();
     QAction *quit = file->addAction(lwTr("&Quit"), this, &QWidget::close);
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setObjectName(QStringLiteral("quitAction"));
+    // Some desktops define no standard quit key; Ctrl+Q is what people expect there.
+    const QList<QKeySequence> quitKeys = QKeySequence::keyBindings(QKeySequence::Quit);
+    quit->setShortcut(quitKeys.isEmpty() ? QKeySequence(Qt::CTRL | Qt::Key_Q) : quitKeys.first());
+    // Quits from whichever of the program's windows is in front.
+    quit->setShortcutContext(Qt::ApplicationShortcut);
+    // Menus are not shown, so the shortcut also needs a shown widget to belong to.
+    addAction(quit);
     quit->setMenuRole(QAction::QuitRole);
+}
 
+void MainWindow::buildEditMenu()
+{
     QMenu *edit = menuBar()->addMenu(lwTr("&Edit"));
+    edit->setObjectName(QStringLiteral("editMenu"));
+    // The text commands act on the focused field of whichever window is in
+    // front; a field that has the focus answers its own keys first.
+    const struct
+    {
+        const char *title;
+        const char *slot;
+        QKeySequence::StandardKey key;
+    } textCommands[] = {{"&Undo", "undo", QKeySequence::Undo},          {"&Redo", "redo", QKeySequence::Redo},
+                        {"Cu&t", "cut", QKeySequence::Cut},             {"&Copy", "copy", QKeySequence::Copy},
+                        {"&Paste", "paste", QKeySequence::Paste},       {"Select &All", "selectAll", QKeySequence::SelectAll}};
+    for (const auto &command : textCommands) {
+        const char *slot = command.slot;
+        QAction *action = edit->addAction(lwTr(command.title), this, [slot] { editFocusedField(slot); });
+        action->setObjectName(QLatin1String(slot) + QStringLiteral("Action"));
+        action->setShortcut(command.key);
+        if (qstrcmp(slot, "redo") == 0 || qstrcmp(slot, "cut") == 0 || qstrcmp(slot, "selectAll") == 0)
+            edit->addSeparator();
+    }
     QAction *editRecord = edit->addAction(lwTr("&Edit"), this, &MainWindow::editMenuItem);
     editRecord->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
     // The delete keys of a list reach its manager through the list itself;
@@ -300,7 +377,21 @@ void MainWindow::buildMenus()
     const QList<QKeySequence> prefsKeys = QKeySequence::keyBindings(QKeySequence::Preferences);
     prefs->setShortcut(prefsKeys.isEmpty() ? QKeySequence(Qt::CTRL | Qt::Key_Comma) : prefsKeys.first());
     prefs->setMenuRole(QAction::PreferencesRole);
+}
 
+bool MainWindow::editFocusedField(const char *command)
+{
+    // Line and text fields all have these slots; lists answer only Select All.
+    QWidget *field = QApplication::focusWidget();
+    if (!field)
+        return false;
+    const QByteArray signature = QByteArray(command) + QByteArrayLiteral("()");
+    const int index = field->metaObject()->indexOfMethod(signature.constData());
+    return index >= 0 && field->metaObject()->method(index).invoke(field);
+}
+
+void MainWindow::buildViewMenu()
+{
     QMenu *view = menuBar()->addMenu(lwTr("&View"));
     const struct
     {
@@ -318,14 +409,96 @@ void MainWindow::buildMenus()
         QAction *action = view->addAction(lwTr(tab.title), this, [this, id] { selectTab(id); });
         action->setShortcut(QKeySequence(Qt::CTRL | tab.key));
     }
+}
 
+void MainWindow::buildItemsMenu()
+{
+    m_itemsMenu = menuBar()->addMenu(lwTr("&Items"));
+    m_itemsMenu->setObjectName(QStringLiteral("itemsMenu"));
+    ItemManager *items = m_ledgerwick->getItemManager();
+    QAction *website = m_itemsMenu->addAction(lwTr("Export Items to &Website"), items,
+                                              [items] { items->exportAsSitemossObjects(nullptr); });
+    website->setObjectName(QStringLiteral("exportWebsiteAction"));
+}
+
+void MainWindow::buildWindowMenu()
+{
     QMenu *window = menuBar()->addMenu(lwTr("&Window"));
     window->addAction(lwTr("&Notepad"), this, &MainWindow::notepadRequested);
     window->addAction(lwTr("&Checkout"), this, &MainWindow::checkout);
+}
 
+void MainWindow::buildHelpMenu()
+{
     QMenu *help = menuBar()->addMenu(lwTr("&Help"));
-    QAction *manual = help->addAction(lwTr("Ledgerwick &Help"), this, &MainWindow::helpRequested);
-    manual->setShortcut(QKeySequence::HelpContents);
+    help->setObjectName(QStringLiteral("helpMenu"));
+    Manual *manual = m_ledgerwick->getManual();
+    for (const Manual::Entry &entry : Manual::contents()) {
+        const bool contents = entry.action == &Manual::menu1;
+        QAction *page = help->addAction(contents ? lwTr("Ledgerwick &Help") : lwTr(entry.title), manual,
+                                        [manual, action = entry.action] { (manual->*action)(nullptr); });
+        page->setObjectName(QLatin1String(entry.page));
+        if (contents) {
+            page->setShortcut(QKeySequence::HelpContents);
+            help->addSeparator();
+        }
+    }
+    help->addSeparator();
+    QAction *updates = help->addAction(lwTr("Ledgerwick &Home Page"), manual, [manual] { manual->updates(); });
+    updates->setObjectName(QStringLiteral("updatesAction"));
+    QAction *about = help->addAction(lwTr("&About Ledgerwick"), this, &MainWindow::showAbout);
+    about->setObjectName(QStringLiteral("aboutAction"));
+    about->setMenuRole(QAction::AboutRole);
+}
+
+QString MainWindow::aboutText() const
+{
+    return lwTr("<h3>Ledgerwick %1</h3><p>Runs a small trading business: contacts, items and stock, orders and "
+                "invoices, money in and out, tasks and reports.</p>"
+                "<p><b>Database in use:</b><br>%2</p><p><b>Preferences file:</b><br>%3</p>")
+        .arg(QApplication::applicationVersion().toHtmlEscaped(),
+             QDir::toNativeSeparators(m_ledgerwick->databaseLocation()).toHtmlEscaped(),
+             QDir::toNativeSeparators(QSettings().fileName()).toHtmlEscaped());
+}
+
+void MainWindow::showAbout()
+{
+    auto *box = new QMessageBox(this);
+    box->setObjectName(QStringLiteral("aboutBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(lwTr("About Ledgerwick"));
+    box->setIconPixmap(windowIcon().pixmap(64, 64));
+    box->setTextFormat(Qt::RichText);
+    box->setText(aboutText());
+    box->setStandardButtons(QMessageBox::Ok);
+    box->open();
+}
+
+HelpWindow *MainWindow::helpWindow()
+{
+    if (!m_helpWindow)
+        m_helpWindow = new HelpWindow(this);
+    return m_helpWindow;
+}
+
+void MainWindow::updateStatusBar()
+{
+    QAbstractItemView *view = m_tabs ? viewFor(m_ledgerwick->frontList()) : nullptr;
+    const auto *source = view ? qobject_cast<const lwDataSource *>(view->model()) : nullptr;
+    if (!source || !m_recordCount) {
+        if (m_recordCount)
+            m_recordCount->clear();
+        return;
+    }
+    const int total = source->getCount();
+    const int shown = source->rowCount();
+    if (total <= shown)
+        m_recordCount->setText(total == 1 ? lwTr("1 record") : lwTr("%1 records").arg(total));
+    else
+        m_recordCount->setText(lwTr("%1 of %2 records shown; %3 hidden by the search or filter")
+                                   .arg(shown)
+                                   .arg(total)
+                                   .arg(total - shown));
 }
 
 void MainWindow::setTerms(const QString &order, const QString &orders, const QString &item, const QString &items)
@@ -334,6 +507,8 @@ void MainWindow::setTerms(const QString &order, const QString &orders, const QSt
     m_termItem = item;
     m_tabs->setTabText(1, orders);
     m_tabs->setTabText(2, items);
+    if (m_itemsMenu)
+        m_itemsMenu->setTitle(items);
     for (QAction *action : m_toolbar->actions()) {
         if (action->objectName() == QLatin1String("orderItemIdentifier") && !action->text().isEmpty())
             action->setText(QStringLiteral("New ") + order);

@@ -8,7 +8,10 @@
 
 class Ledgerwick;
 class QAbstractItemView;
+class HelpWindow;
 class QAction;
+class QLabel;
+class QMenu;
 class QTabWidget;
 class QToolBar;
 class lwKeyResponder;
@@ -56,6 +59,16 @@ public:
     void exportHTMLMenuItem();
     void checkout();
     void bringOrdersToFront();
+    void showAbout();
+    // Version, the database in use and the preferences file, as About shows them.
+    QString aboutText() const;
+    // The program's own manual reader, made when first needed.
+    HelpWindow *helpWindow();
+    // Runs an edit command ("undo", "copy", "selectAll", ...) on the focused
+    // field of whichever window is in front; false when it has no such command.
+    static bool editFocusedField(const char *command);
+    // What an empty list says to do, by the list's name.
+    static QString emptyListText(const QString &list);
 
 Q_SIGNALS:
     // The checkout is asked for, with the selected order or none for a new sale.
@@ -72,6 +85,13 @@ private:
     // Tells the controller the selected tabs, the key window and the focused list.
     void tellController();
     void buildMenus();
+    void buildFileMenu();
+    void buildEditMenu();
+    void buildViewMenu();
+    void buildItemsMenu();
+    void buildWindowMenu();
+    void buildHelpMenu();
+    void updateStatusBar();
     void buildToolbar();
     void showLockSheet(const QString &lockDateTime);
     // File > Restore from Backup…: the list of backups, then a confirmation.
@@ -81,6 +101,9 @@ private:
     QTabWidget *m_tabs = nullptr;
     QTabWidget *m_accountsTabs = nullptr;
     QToolBar *m_toolbar = nullptr;
+    QMenu *m_itemsMenu = nullptr;
+    QLabel *m_recordCount = nullptr;
+    QPointer<HelpWindow> m_helpWindow;
     QHash<const lwDataSource *, QAbstractItemView *> m_views;
     QString m_termOrder = QStringLiteral("Order");
     QString m_termItem = QStringLiteral("Item");

@@ -5,6 +5,12 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
+#include <QActionGroup>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QFontComboBox>
+#include <QFontDatabase>
+#include <QStyle>
 #include <QMenuBar>
 #include <QTextCharFormat>
 #include <QTextDocument>
@@ -32,7 +38,8 @@ NotepadWindow::NotepadWindow(PrefsController *controller, QWidget *parent)
     // The document goes with the controller: let go of it first. While the
     // controller's destroyed() runs, its child document is still whole.
     connect(controller, &QObject::destroyed, this, &NotepadWindow::releaseDocument);
-    resize(500, 600);
+    // Wide enough for the whole format bar.
+    resize(760, 600);
 }
 
 NotepadWindow::~NotepadWindow()
@@ -97,6 +104,91 @@ void NotepadWindow::buildActions()
         format.setFontUnderline(on);
         mergeFormat(format);
     });
+    toolBar->addSeparator();
+    buildFontControls(toolBar, menu);
+}
+
+void NotepadWindow::buildFontControls(QToolBar *toolBar, QMenu *menu)
+{
+    m_font = new QFontComboBox(toolBar);
+    m_font->setObjectName(QStringLiteral("fontCombo"));
+    toolBar->addWidget(m_font);
+    connect(m_font, &QFontComboBox::textActivated, this, [this](const QString &family) {
+        QTextCharFormat format;
+        format.setFontFamilies({family});
+        mergeFormat(format);
+    });
+
+    m_size = new QComboBox(toolBar);
+    m_size->setObjectName(QStringLiteral("sizeCombo"));
+    m_size->setEditable(true);
+    for (int size : QFontDatabase::standardSizes())
+        m_size->addItem(QString::number(size));
+    toolBar->addWidget(m_size);
+    connect(m_size, &QComboBox::textActivated, this, [this](const QString &text) {
+        const qreal size = text.toDouble();
+        if (size <= 0)
+            return;
+        QTextCharFormat format;
+        format.setFontPointSize(size);
+        mergeFormat(format);
+    });
+
+    m_colour = new QAction(lwTr("&Colour…"), this);
+    m_colour->setObjectName(QStringLiteral("colourAction"));
+    toolBar->addAction(m_colour);
+    menu->addSeparator();
+    menu->addAction(m_colour);
+    connect(m_colour, &QAction::triggered, this, [this] {
+        const QColor colour = QColorDialog::getColor(m_editor->textColor(), this, lwTr("Text Colour"));
+        if (!colour.isValid())
+            return;
+        QTextCharFormat format;
+        format.setForeground(colour);
+        mergeFormat(format);
+    });
+
+    toolBar->addSeparator();
+    menu->addSeparator();
+    m_alignment = new QActionGroup(this);
+    const struct
+    {
+        const char *title;
+        const char *name;
+        Qt::Alignment alignment;
+        QStyle::StandardPixmap fallback;
+        const char *icon;
+    } alignments[] = {{"Align &Left", "alignLeftAction", Qt::AlignLeft | Qt::AlignAbsolute, QStyle::SP_ArrowLeft,
+                       "format-justify-left"},
+                      {"C&entre", "alignCentreAction", Qt::AlignHCenter, QStyle::SP_ArrowUp, "format-justify-center"},
+                      {"Align &Right", "alignRightAction", Qt::AlignRight | Qt::AlignAbsolute, QStyle::SP_ArrowRight,
+                       "format-justify-right"},
+                      {"&Justify", "justifyAction", Qt::AlignJustify, QStyle::SP_ArrowDown, "format-justify-fill"}};
+    for (const auto &entry : alignments) {
+        auto *action = new QAction(QIcon::fromTheme(QLatin1String(entry.icon), style()->standardIcon(entry.fallback)),
+                                   lwTr(entry.title), m_alignment);
+        action->setObjectName(QLatin1String(entry.name));
+        action->setCheckable(true);
+        action->setData(int(entry.alignment));
+        toolBar->addAction(action);
+        menu->addAction(action);
+    }
+    connect(m_alignment, &QActionGroup::triggered, this, [this](QAction *action) {
+        m_editor->setAlignment(Qt::Alignment(action->data().toInt()));
+        m_editor->setFocus();
+    });
+    connect(m_editor, &QTextEdit::cursorPositionChanged, this, &NotepadWindow::showAlignment);
+    showAlignment();
+}
+
+void NotepadWindow::showAlignment()
+{
+    const Qt::Alignment current = m_editor->alignment() & Qt::AlignHorizontal_Mask & ~Qt::AlignAbsolute;
+    for (QAction *action : m_alignment->actions()) {
+        const Qt::Alignment shown = Qt::Alignment(action->data().toInt()) & ~Qt::AlignAbsolute;
+        // A paragraph with no alignment of its own reads left to right.
+        action->setChecked(shown == current || (current == 0 && shown == Qt::AlignLeft));
+    }
 }
 
 void NotepadWindow::mergeFormat(const QTextCharFormat &format)
@@ -111,4 +203,11 @@ void NotepadWindow::showFormat(const QTextCharFormat &format)
     m_bold->setChecked(format.fontWeight() >= QFont::Bold);
     m_italic->setChecked(format.fontItalic());
     m_underline->setChecked(format.fontUnderline());
+    if (m_font) {
+        const QFont font = format.font();
+        const QStringList families = format.fontFamilies().toStringList();
+        m_font->setCurrentFont(QFont(families.isEmpty() ? font.family() : families.first()));
+        const qreal size = format.fontPointSize() > 0 ? format.fontPointSize() : font.pointSizeF();
+        m_size->setEditText(QString::number(size));
+    }
 }

@@ -4,6 +4,11 @@
 
 class PrefsController;
 class QAction;
+class QActionGroup;
+class QComboBox;
+class QFontComboBox;
+class QMenu;
+class QToolBar;
 class QTextCharFormat;
 class QTextDocument;
 class QTextEdit;
@@ -22,9 +27,15 @@ public:
     QAction *boldAction() const { return m_bold; }
     QAction *italicAction() const { return m_italic; }
     QAction *underlineAction() const { return m_underline; }
+    QFontComboBox *fontCombo() const { return m_font; }
+    QComboBox *sizeCombo() const { return m_size; }
+    QAction *colourAction() const { return m_colour; }
+    QActionGroup *alignmentGroup() const { return m_alignment; }
 
 private:
     void buildActions();
+    void buildFontControls(QToolBar *toolBar, QMenu *menu);
+    void showAlignment();
     void mergeFormat(const QTextCharFormat &format);
     void showFormat(const QTextCharFormat &format);
     void releaseDocument();
@@ -34,4 +45,8 @@ private:
     QAction *m_bold = nullptr;
     QAction *m_italic = nullptr;
     QAction *m_underline = nullptr;
+    QFontComboBox *m_font = nullptr;
+    QComboBox *m_size = nullptr;
+    QAction *m_colour = nullptr;
+    QActionGroup *m_alignment = nullptr;
 };

@@ -6,6 +6,7 @@
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
 
@@ -23,8 +24,10 @@ PickerWindow::PickerWindow(Picker *picker, QWidget *parent) : QDialog(parent), m
     m_table->setObjectName(QStringLiteral("pickerTable"));
     m_table->setModel(picker);
     m_table->horizontalHeader()->setSortIndicatorShown(false);
-    for (int i = 0; i < picker->columns().size(); ++i)
-        m_table->setColumnWidth(i, picker->columns().at(i).width);
+    // The two columns share the width: no sideways scrolling when all fits.
+    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_searchBox->installEventFilter(this);
     picker->setTableSelection(m_table->selectionModel());
 
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -52,6 +55,18 @@ PickerWindow::PickerWindow(Picker *picker, QWidget *parent) : QDialog(parent), m
 
     connect(picker, &Picker::pickerShown, this, &PickerWindow::showPicker);
     connect(picker, &Picker::pickerHidden, this, &QWidget::hide);
+}
+
+bool PickerWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_searchBox && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent *>(event)->key() == Qt::Key_Down && m_picker->rowCount() > 0) {
+        if (m_picker->selectedRow() < 0)
+            m_table->selectRow(0);
+        m_table->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void PickerWindow::showPicker()

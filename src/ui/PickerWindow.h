@@ -20,6 +20,10 @@ public:
     integrityTableView *table() const { return m_table; }
     QDialogButtonBox *buttons() const { return m_buttons; }
 
+protected:
+    // Down in the search field moves into the list.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void showPicker();
 

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPushButton>
+#include <QShortcut>
 
 #include <array>
 
@@ -86,6 +87,10 @@ PrefsWindow::PrefsWindow(PrefsController *controller, QWidget *parent)
     connect(m_ui->buttonBox->button(QDialogButtonBox::Ok), &QPushButton::clicked, this,
             [this] { m_controller->OKButton(this); });
     connect(m_ui->buttonBox->button(QDialogButtonBox::Cancel), &QPushButton::clicked, this, &QWidget::close);
+    QPushButton *help = m_ui->buttonBox->addButton(QDialogButtonBox::Help);
+    help->setObjectName(QStringLiteral("helpButton"));
+    connect(help, &QPushButton::clicked, this, &PrefsWindow::helpRequested);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, &PrefsWindow::helpRequested);
 
     connect(m_controller, &PrefsController::controlsChanged, this, &PrefsWindow::refresh);
     connect(m_controller, &PrefsController::termsApplied, this, &PrefsWindow::applyTerms);

@@ -24,6 +24,10 @@ public:
     // Shows the controller's state: every control, the pop-up and the well.
     void refresh();
 
+Q_SIGNALS:
+    // The Help button or F1: the preferences' page of the manual.
+    void helpRequested();
+
 private:
     void connectEdits();
     void applyTerms();

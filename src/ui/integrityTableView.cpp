@@ -41,4 +41,5 @@ void integrityTableView::paintEvent(QPaintEvent *event)
         }
     }
     QTableView::paintEvent(event);
+    lwDrawing::emptyListText(this);
 }

@@ -1,5 +1,11 @@
 #include "ui/lwDrawing.h"
 
+#include "core/Platform.h"
+#include "core/lwDataSource.h"
+
+#include <QAbstractItemView>
+#include <QPainter>
+
 #include <algorithm>
 
 namespace lwDrawing {
@@ -15,6 +21,21 @@ QPainterPath roundedRect(const QRectF &rect, qreal radius)
 QPainterPath pill(const QRectF &rect)
 {
     return roundedRect(rect, std::min(rect.width(), rect.height()) / 2);
+}
+
+void emptyListText(QAbstractItemView *view)
+{
+    const auto *source = qobject_cast<const lwDataSource *>(view->model());
+    if (!source || source->rowCount() > 0)
+        return;
+    const QString text = source->getCount() == 0 ? view->property("emptyText").toString()
+                                                 : lwTr("Nothing matches the search or the filter.");
+    if (text.isEmpty())
+        return;
+    QPainter painter(view->viewport());
+    painter.setPen(view->palette().color(QPalette::PlaceholderText));
+    const QRect area = view->viewport()->rect().adjusted(24, 24, -24, -24);
+    painter.drawText(area, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text);
 }
 
 } // namespace lwDrawing

@@ -1,12 +1,16 @@
 #include "ui/lwEditorWindow.h"
 
 #include "core/lwEditorManager.h"
+#include "core/Platform.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStyle>
 
 lwEditorWindow::lwEditorWindow(lwEditorManagerBase *manager, QWidget *parent) : QDialog(parent), m_manager(manager)
 {
@@ -16,6 +20,17 @@ lwEditorWindow::lwEditorWindow(lwEditorManagerBase *manager, QWidget *parent) : 
     connect(m_manager, &lwEditorManagerBase::editorStateChanged, this, &lwEditorWindow::refresh);
     connect(m_manager, &lwEditorManagerBase::editorShown, this, &lwEditorWindow::bringToFront);
     connect(m_manager, &lwEditorManagerBase::editorHidden, this, &QWidget::hide);
+    auto *help = new QShortcut(QKeySequence::HelpContents, this);
+    connect(help, &QShortcut::activated, this, &lwEditorWindow::helpRequested);
+}
+
+QPushButton *lwEditorWindow::makeHelpButton()
+{
+    auto *button = new QPushButton(style()->standardIcon(QStyle::SP_DialogHelpButton), lwTr("Help"), this);
+    button->setObjectName(QStringLiteral("helpButton"));
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, &lwEditorWindow::helpRequested);
+    return button;
 }
 
 lwEditorWindow::~lwEditorWindow() = default;

@@ -14,6 +14,7 @@ class QCloseEvent;
 class QComboBox;
 class QLineEdit;
 class QPlainTextEdit;
+class QPushButton;
 class lwEditorManagerBase;
 
 // The window of one manager's editor. It shows the manager's editor state
@@ -38,6 +39,10 @@ public:
     // Escape and Cancel: the manager drops the edit.
     void reject() override;
 
+Q_SIGNALS:
+    // The Help button or F1: the window's page of the manual is asked for.
+    void helpRequested();
+
 protected:
     // The window's close box commits the edit.
     void closeEvent(QCloseEvent *event) override;
@@ -53,6 +58,8 @@ protected:
     void setFirstField(QWidget *field) { m_firstField = field; }
     // Connects a button to a manager action, the controls written back first.
     template <class Manager> void connectAction(QAbstractButton *button, Manager *manager, void (Manager::*action)(QObject *));
+    // A Help button for the window's button row; it asks for the window's page.
+    QPushButton *makeHelpButton();
     // Writes the controls back, then runs the action.
     void run(const std::function<void()> &action);
 

@@ -1,5 +1,7 @@
 #include "ui/lwOutlineView.h"
 
+#include "ui/lwDrawing.h"
+
 #include <QHeaderView>
 #include <QStyledItemDelegate>
 
@@ -36,4 +38,10 @@ lwOutlineView::lwOutlineView(QWidget *parent) : QTreeView(parent)
 void lwOutlineView::reloadData(QObject *)
 {
     reset();
+}
+
+void lwOutlineView::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    lwDrawing::emptyListText(this);
 }

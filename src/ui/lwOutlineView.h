@@ -11,4 +11,7 @@ public:
 
     // Re-reads every row from the model.
     void reloadData(QObject *sender = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 };

@@ -1,4 +1,5 @@
 #include "app/Ledgerwick.h"
+#include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
 #include "products/ItemManager.h"
 #include "ui/ActionEditor.h"
@@ -16,6 +17,7 @@
 #include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
 #include "ui/ReportsPanel.h"
+#include "ui/lwWindowPlacement.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -74,6 +76,20 @@ int main(int argc, char *argv[])
         notepad.raise();
         notepad.activateWindow();
     });
+    // Each window with a page of the manual opens it from its Help button.
+    Manual *manual = ledgerwick.getManual();
+    QObject::connect(&itemEditor, &lwEditorWindow::helpRequested, manual, [manual] { manual->items(); });
+    QObject::connect(&prefsWindow, &PrefsWindow::helpRequested, manual, [manual] { manual->prefs(); });
+    for (lwEditorWindow *contactWindow : {static_cast<lwEditorWindow *>(&contactEditor),
+                                          static_cast<lwEditorWindow *>(&companyWindow),
+                                          static_cast<lwEditorWindow *>(&companyContactWindow)})
+        QObject::connect(contactWindow, &lwEditorWindow::helpRequested, manual, [manual] { manual->contacts(); });
+    QObject::connect(&actionEditor, &lwEditorWindow::helpRequested, manual, [manual] { manual->protime(); });
+    QObject::connect(&billEditor, &lwEditorWindow::helpRequested, manual, [manual] { manual->proaccounts(); });
+
+    // Every window opens where it was left, and on screen.
+    lwWindowPlacement placement;
+    app.installEventFilter(&placement);
     window.show();
 
     // Opening a document from the desktop is accepted and ignored: any file

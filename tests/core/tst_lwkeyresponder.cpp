@@ -17,12 +17,18 @@ public:
         ++deletes;
         lastSender = sender;
     }
+    void edit(QObject *sender) override
+    {
+        ++edits;
+        lastSender = sender;
+    }
     QString objectValueForTableColumn(const QString &identifier, int row) const override
     {
         const dataObject *record = getnthVisibleItem(row);
         return record ? record->getFieldByName(identifier) : QString();
     }
     int deletes = 0;
+    int edits = 0;
     QObject *lastSender = nullptr;
 };
 
@@ -53,6 +59,8 @@ private Q_SLOTS:
     void lettersDoNothing();
     void arrowsStillMoveTheSelection();
     void keysTheViewIgnoresGoNoFurther();
+    void enterOpensTheSelectedRow_data();
+    void enterOpensTheSelectedRow();
 
 private:
     Parent *m_parent = nullptr;
@@ -73,6 +81,7 @@ void TestLwKeyResponder::init()
     for (const char *name : {"apple", "banana", "cherry"})
         m_manager->add(std::make_shared<TestRecord>(QString::fromLatin1(name)));
     m_view->setModel(m_manager);
+    m_manager->setTableSelection(m_view->selectionModel());
     m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_responder = new lwKeyResponder(m_view);
     m_responder->setOwner(m_manager);
@@ -138,6 +147,34 @@ void TestLwKeyResponder::keysTheViewIgnoresGoNoFurther()
     m_view->removeEventFilter(m_responder);
     QTest::keyClick(m_view, Qt::Key_F7);
     QCOMPARE(m_parent->keys, 1);
+}
+
+void TestLwKeyResponder::enterOpensTheSelectedRow_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("selected");
+    QTest::addColumn<int>("edits");
+    QTest::addRow("return") << int(Qt::Key_Return) << int(Qt::NoModifier) << true << 1;
+    QTest::addRow("keypad enter") << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << true << 1;
+    QTest::addRow("nothing selected") << int(Qt::Key_Return) << int(Qt::NoModifier) << false << 0;
+    QTest::addRow("shift return") << int(Qt::Key_Return) << int(Qt::ShiftModifier) << true << 0;
+}
+
+void TestLwKeyResponder::enterOpensTheSelectedRow()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(bool, selected);
+    QFETCH(int, edits);
+    if (selected)
+        m_view->selectRow(1);
+    else
+        m_view->clearSelection();
+    QTest::keyClick(m_view, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QCOMPARE(m_manager->edits, edits);
+    QCOMPARE(m_manager->lastSender, edits ? m_responder : nullptr);
+    QCOMPARE(m_parent->keys, 0);
 }
 
 QTEST_MAIN(TestLwKeyResponder)

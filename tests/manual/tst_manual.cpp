@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QSignalSpy>
 #include <QTest>
 
 class TestManual : public QObject
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void changedOrMissingPagesAreRestoredOthersLeftAlone();
     void pageIsOpenedEvenWhenItCannotBeWritten();
     void updatesOpensTheHomePage();
+    void withoutABrowserTheHelpWindowIsAskedFor();
 
 private:
     QTemporaryDir m_dir;
@@ -145,6 +147,28 @@ void TestManual::updatesOpensTheHomePage()
     QVERIFY(QMetaObject::invokeMethod(&manual, "updates"));
     QCOMPARE(platform.openedUrls, QList<QUrl>{QUrl(QStringLiteral("https://ledgerwick.example.org/"))});
     QCOMPARE(QUrl(Manual::homePage()), platform.openedUrls.constFirst());
+}
+
+void TestManual::withoutABrowserTheHelpWindowIsAskedFor()
+{
+    ScriptedPlatform platform;
+    Manual manual(&platform);
+    QSignalSpy asked(&manual, &Manual::openInHelpWindow);
+    manual.items();
+    QCOMPARE(asked.size(), 0);
+    platform.canOpenUrls = false;
+    manual.items();
+    manual.updates();
+    QCOMPARE(asked.size(), 2);
+    QCOMPARE(asked.at(0).at(0).toUrl(), QUrl(Manual::baseAddress() + QStringLiteral("items.html")));
+    QCOMPARE(asked.at(1).at(0).toUrl(), QUrl(Manual::homePage()));
+    // Every page of the contents has its title and an action opening it.
+    QCOMPARE(Manual::contents().size(), Manual::pageNames().size());
+    for (const Manual::Entry &entry : Manual::contents()) {
+        QVERIFY(!Manual::pageTitle(QLatin1String(entry.page)).isEmpty());
+        (manual.*entry.action)(nullptr);
+        QCOMPARE(asked.last().at(0).toUrl().fileName(), QLatin1String(entry.page));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestManual)

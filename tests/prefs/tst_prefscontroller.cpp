@@ -448,6 +448,8 @@ void TestPrefsController::databaseLocation()
     QCOMPARE(m_platform.panels.size(), 1);
     const Platform::Panel &panel = m_platform.panels.at(0);
     QCOMPARE(panel.title, panelTitle);
+    QCOMPARE(panel.prompt, action == u"create"_s ? u"Create"_s : u"Choose"_s);
+    QCOMPARE(panel.nameLabel, u"database name"_s);
     QCOMPARE(panel.fileTypes, QStringList{QStringLiteral("lwkdb")});
     QCOMPARE(panel.directory, DatabasePaths::applicationSupportFolder());
     QCOMPARE(prefs.getDbLocation(), location);

@@ -263,6 +263,13 @@ void tst_ItemManager::editLoadsTheSelectedItem()
     QCOMPARE(s.supplierName, u"Acme Supplies"_s);
     QCOMPARE(s.condition.selectedTitle(), u"Used"_s);
     QCOMPARE(s.status.selectedTitle(), u"Sold to trade"_s); // shown although the list lacked it
+    // The next item's unknown status takes its place; the pop-up does not grow.
+    const int entries = int(s.status.entries.size());
+    item->setStatus(u"Sold at auction"_s);
+    m_items->edit(nullptr);
+    QCOMPARE(s.status.selectedTitle(), u"Sold at auction"_s);
+    QCOMPARE(int(s.status.entries.size()), entries);
+    QVERIFY(!s.status.entries.contains(u"Sold to trade"_s));
     QCOMPARE(s.taxCode.selectedTitle(), u"E"_s);
     QCOMPARE(s.quantityMethod.selectedTitle(), u"Out of stock / in stock"_s);
     QVERIFY(s.decreaseQty);

@@ -281,6 +281,8 @@ void tst_WebsiteExport::chooseFolder()
     QCOMPARE(platform.panels.size(), 1);
     const Platform::Panel &panel = platform.panels[0];
     QCOMPARE(panel.title, u"Choose a Sitemoss website folder"_s);
+    QCOMPARE(panel.prompt, u"Choose"_s);
+    QCOMPARE(panel.nameLabel, u"Folder name"_s);
     QVERIFY(panel.chooseDirectories);
     QCOMPARE(panel.directory, startsIn);
     QVERIFY(platform.alerts.isEmpty());

@@ -21,7 +21,7 @@ QString ScriptedPlatform::savePanel(const Panel &panel)
 bool ScriptedPlatform::openUrl(const QUrl &url)
 {
     openedUrls.append(url);
-    return true;
+    return canOpenUrls;
 }
 
 bool ScriptedPlatform::openPath(const QString &path)

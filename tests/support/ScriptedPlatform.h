@@ -24,6 +24,7 @@ public:
     QList<Panel> panels;
     QQueue<QString> panelAnswers;
     QList<QUrl> openedUrls;
+    bool canOpenUrls = true; // false: as on a desktop without a browser
     QStringList openedPaths;
     QString pasteboard;
     int beeps = 0;

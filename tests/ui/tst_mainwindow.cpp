@@ -1,5 +1,7 @@
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
+#include "prefs/Manual.h"
+#include "ui/HelpWindow.h"
 #include "ui/MainWindow.h"
 #include "ui/RestoreBackupDialog.h"
 
@@ -11,6 +13,12 @@
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
+#include <QLabel>
+#include <QStatusBar>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QTextBrowser>
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QTableView>
@@ -35,6 +43,11 @@ private Q_SLOTS:
     void closingSavesEverything();
     void aLockShowsTheSheetAndRefusesEdits();
     void restoreFromBackupListsAndRestores();
+    void helpWithoutABrowserOpensTheHelpWindow();
+    void quitKeyWorksFromAnotherWindow();
+    void enterOnARowOpensIt();
+    void editCommandsActOnTheFocusedField();
+    void statusBarCountsShownAndHiddenRecords();
 
 private:
     std::unique_ptr<AppFixture> m_app;
@@ -87,6 +100,7 @@ void TestMainWindow::toolbarHasItsItemsInOrder()
     QCOMPARE(m_window->mainToolbar()->actions().at(5)->text(), QStringLiteral("New Job"));
     QCOMPARE(m_window->mainToolbar()->actions().at(8)->text(), QStringLiteral("New Part"));
     QCOMPARE(m_window->tabs()->tabText(1), QStringLiteral("Jobs"));
+    QCOMPARE(m_window->findChild<QMenu *>(QStringLiteral("itemsMenu"))->title(), QStringLiteral("Parts"));
 
     // The buttons reach their targets.
     m_window->mainToolbar()->actions().at(8)->trigger();
@@ -238,6 +252,118 @@ void TestMainWindow::restoreFromBackupListsAndRestores()
     dialog->restoreSelected();
     QCOMPARE(m_platform->alerts.last().buttons, QStringList({u"Restore"_s, u"Cancel"_s}));
     QCOMPARE(m_items->getCount(), 1);
+}
+
+void TestMainWindow::helpWithoutABrowserOpensTheHelpWindow()
+{
+    m_platform->canOpenUrls = false;
+    auto *help = m_window->findChild<QMenu *>(QStringLiteral("helpMenu"));
+    QVERIFY(help);
+    // Every page of the manual and the home page are in the Help menu.
+    QStringList pages;
+    for (QAction *action : help->actions())
+        if (action->objectName().endsWith(QLatin1String(".html")))
+            pages << action->objectName();
+    pages.sort();
+    QStringList expected = Manual::pageNames();
+    expected.sort();
+    QCOMPARE(pages, expected);
+    QVERIFY(help->findChild<QAction *>(QStringLiteral("updatesAction")) ||
+            std::any_of(help->actions().cbegin(), help->actions().cend(),
+                        [](QAction *a) { return a->objectName() == QLatin1String("updatesAction"); }));
+
+    const auto trigger = [help](const QString &name) {
+        for (QAction *action : help->actions())
+            if (action->objectName() == name)
+                action->trigger();
+    };
+    trigger(QStringLiteral("items.html"));
+    HelpWindow *window = m_window->helpWindow();
+    QTRY_VERIFY(window->isVisible());
+    QCOMPARE(window->browser()->source().fileName(), QStringLiteral("items.html"));
+    QVERIFY(window->browser()->toPlainText().contains(QLatin1String("Items and stock")));
+    QCOMPARE(window->contentsList()->currentItem()->text(), QStringLiteral("Items and stock"));
+    QVERIFY(!window->backAction()->isEnabled());
+
+    // The contents list and the back and forward buttons move between pages.
+    QListWidget *contents = window->contentsList();
+    for (int row = 0; row < contents->count(); ++row)
+        if (contents->item(row)->text() == QLatin1String("Preferences"))
+            Q_EMIT contents->itemActivated(contents->item(row));
+    QCOMPARE(window->browser()->source().fileName(), QStringLiteral("prefs.html"));
+    window->backAction()->trigger();
+    QCOMPARE(window->browser()->source().fileName(), QStringLiteral("items.html"));
+    QVERIFY(window->forwardAction()->isEnabled());
+    window->forwardAction()->trigger();
+    QCOMPARE(window->browser()->source().fileName(), QStringLiteral("prefs.html"));
+
+    // The home page cannot be shown here: it is named instead.
+    trigger(QStringLiteral("updatesAction"));
+    QVERIFY(window->browser()->toHtml().contains(Manual::homePage()));
+}
+
+void TestMainWindow::quitKeyWorksFromAnotherWindow()
+{
+    m_window->show();
+    QWidget other;
+    other.setObjectName(QStringLiteral("otherWindow"));
+    auto *field = new QLineEdit(&other);
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    other.activateWindow();
+    field->setFocus();
+    QTRY_COMPARE(QApplication::activeWindow(), &other);
+    QTest::keyClick(other.windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+    QTRY_VERIFY(!m_window->isVisible());
+}
+
+void TestMainWindow::enterOnARowOpensIt()
+{
+    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    m_window->selectTab(QStringLiteral("3"));
+    QAbstractItemView *items = m_window->viewFor(m_items);
+    items->setFocus();
+    m_app->select(m_items, 0);
+    QTest::keyClick(items, Qt::Key_Return);
+    QVERIFY(m_items->isEditorShown());
+    QCOMPARE(m_items->editorState().code, QStringLiteral("P1"));
+}
+
+void TestMainWindow::editCommandsActOnTheFocusedField()
+{
+    m_window->show();
+    auto *field = new QLineEdit(QStringLiteral("Hinge"), m_window->statusBar());
+    field->show();
+    field->setFocus();
+    QTRY_VERIFY(field->hasFocus());
+    QVERIFY(MainWindow::editFocusedField("selectAll"));
+    QVERIFY(MainWindow::editFocusedField("cut"));
+    QCOMPARE(field->text(), QString());
+    QVERIFY(MainWindow::editFocusedField("undo"));
+    QCOMPARE(field->text(), QStringLiteral("Hinge"));
+    // A list has no text commands: nothing happens.
+    QAbstractItemView *items = m_window->viewFor(m_items);
+    m_window->selectTab(QStringLiteral("3"));
+    items->setFocus();
+    QTRY_VERIFY(items->hasFocus());
+    QVERIFY(!MainWindow::editFocusedField("paste"));
+}
+
+void TestMainWindow::statusBarCountsShownAndHiddenRecords()
+{
+    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
+    m_app->addItem(QStringLiteral("P2"), QStringLiteral("Bracket"));
+    m_window->show();
+    m_window->selectTab(QStringLiteral("3"));
+    auto *count = m_window->findChild<QLabel *>(QStringLiteral("recordCount"));
+    QVERIFY(count);
+    m_items->filter(nullptr);
+    QCOMPARE(count->text(), QStringLiteral("2 records"));
+    m_items->editorState().searchText = QStringLiteral("hinge");
+    m_items->filter(nullptr);
+    QCOMPARE(count->text(), QStringLiteral("1 of 2 records shown; 1 hidden by the search or filter"));
 }
 
 QTEST_MAIN(TestMainWindow)

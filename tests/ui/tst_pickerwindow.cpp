@@ -7,6 +7,7 @@
 #include <QAbstractItemModelTester>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -53,6 +54,15 @@ void tst_PickerWindow::forwardsTheUsersActions()
     QVERIFY(window.isVisible());
     QCOMPARE(window.windowTitle(), u"Select Part"_s);
     QCOMPARE(window.searchBox()->text(), u""_s);
+    // The headers name the fields shown, and the columns fit the width.
+    QCOMPARE(picker.headerData(0, Qt::Horizontal).toString(), u"Name"_s);
+    QCOMPARE(picker.headerData(1, Qt::Horizontal).toString(), u"Id"_s);
+    QTRY_VERIFY(!table->horizontalScrollBar()->isVisible());
+    // Down in the search field moves into the list, on its first row.
+    window.searchBox()->setFocus();
+    QTest::keyClick(window.searchBox(), Qt::Key_Down);
+    QCOMPARE(picker.selectedRow(), 0);
+    QTRY_VERIFY(table->hasFocus());
 
     // Each header click sorts, the first with the flag set: largest first.
     QHeaderView *header = table->horizontalHeader();
