@@ -13,6 +13,8 @@
 #include "ui/integrityTableView.h"
 #include "ui/lwOutlineView.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
@@ -490,8 +492,11 @@ void MainWindow::updateStatusBar()
             m_recordCount->clear();
         return;
     }
+    // Records hidden by the search or filter, not rows folded under a company
+    // or the extra rule and total rows some tables add.
     const int total = source->getCount();
-    const int shown = source->rowCount();
+    const auto &records = source->records();
+    const int shown = int(std::count_if(records.begin(), records.end(), [](const auto &r) { return r->getVisible(); }));
     if (total <= shown)
         m_recordCount->setText(total == 1 ? lwTr("1 record") : lwTr("%1 records").arg(total));
     else

@@ -364,6 +364,16 @@ void TestMainWindow::statusBarCountsShownAndHiddenRecords()
     m_items->editorState().searchText = QStringLiteral("hinge");
     m_items->filter(nullptr);
     QCOMPARE(count->text(), QStringLiteral("1 of 2 records shown; 1 hidden by the search or filter"));
+
+    // A person folded under a company is not hidden by any search.
+    auto acme = m_app->addContact(QStringLiteral("Acme"));
+    acme->makeCompany();
+    auto ann = m_app->addContact(QStringLiteral("Ann"));
+    ann->setKind(QStringLiteral("Company Contact"));
+    ann->setCompany(acme->getID());
+    m_window->selectTab(QStringLiteral("1"));
+    m_ledgerwick->getContactManager()->filter(nullptr);
+    QCOMPARE(count->text(), QStringLiteral("2 records"));
 }
 
 QTEST_MAIN(TestMainWindow)
