@@ -4,6 +4,7 @@
 #include "accounts/BillManager.h"
 #include "accounts/StatementManager.h"
 #include "app/DatabaseStore.h"
+#include "app/V1DatabaseImport.h"
 #include "contacts/CompanyContactEditor.h"
 #include "contacts/CompanyEditor.h"
 #include "contacts/ContactManager.h"
@@ -161,6 +162,15 @@ public:
     void exportCSVMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns);
     void exportHTMLMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns);
 
+    // --- the version-1 database ---------------------------------------------
+    // Asks first ("OK" imports, "Cancel" leaves everything as it is).
+    void importLedgerwickDatabaseWithWarning();
+    // Backs up the bundle, then replaces every list with the records of the
+    // version-1 file (see V1DatabaseImport). Nothing is saved.
+    V1DatabaseImport::Result importLedgerwickDatabase(
+        const QString &path = QStringLiteral("~/Ledgerwick/ledgerwickdatabase.xml"));
+    void setV1ImportBackup(V1DatabaseImport::Backup backup) { m_v1ImportBackup = std::move(backup); }
+
     // The removal of the lock failed: logged, and the work goes on.
     bool fileManagerShouldProceedAfterError(const QString &error);
 
@@ -206,4 +216,5 @@ private:
     QString m_lockLocation;
     QString m_lockDateTime;
     int m_currentOrder = 0;
+    V1DatabaseImport::Backup m_v1ImportBackup;
 };
