@@ -31,15 +31,6 @@ private Q_SLOTS:
         const CliRun check = cli({u"check"_s, u"--db"_s, bundle()});
         QVERIFY(check.out.startsWith(u"contacts 1\norders 0\nitems 1\nmaterials 0\nbills 1\nactions 0\n"_s));
     }
-    void lockedBundleIsLeftAlone()
-    {
-        QVERIFY(writeBytes(bundle() + u"/lock.xml"_s, QByteArray()));
-        QVERIFY(writeBytes(m_home->filePath(u"v1.xml"_s), "<db><g><contact><name>Ann</name></contact></g></db>"));
-        const QByteArray contacts = fileBytes(bundle() + u"/contacts.xml"_s);
-        QCOMPARE(cli({u"import-v1"_s, m_home->filePath(u"v1.xml"_s), u"--db"_s, bundle()}).status, 3);
-        QCOMPARE(fileBytes(bundle() + u"/contacts.xml"_s), contacts);
-        QVERIFY(!QFileInfo::exists(bundle() + u"/Backups"_s));
-    }
     void exportTakesAColumnFile()
     {
         const QString cols = m_home->filePath(u"cols.xml"_s);

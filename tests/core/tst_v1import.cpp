@@ -29,15 +29,33 @@ private Q_SLOTS:
         QVERIFY(writeBytes(f->bundleFile(u"items.xml"_s), "old items"));
     }
     void cleanup() { f.reset(); }
-    void cancellingLeavesEverything()
+    // Cancelled, no file, or no backup: the lists and the bundle stay as they were.
+    void nothingIsTouched_data()
     {
-        QVERIFY(writeBytes(v1File(), kFile));
-        f->platform.alertAnswers << 1;
+        QTest::addColumn<bool>("file");
+        QTest::addColumn<bool>("backup");
+        QTest::addColumn<QString>("alert");
+        QTest::addRow("cancelled") << true << true
+                                   << u"Import Ledgerwick Database | If you continue, an earlier version of Ledgerwick "
+                                      "(v1.x) will be searched for and data will be imported. Any existing data will "
+                                      "be overwritten. Do you want to continue? | OK, Cancel"_s;
+        QTest::addRow("no file") << false << true
+                                 << u"Import Ledgerwick Database | An Ledgerwick database hasn't been found. | OK"_s;
+        QTest::addRow("no backup") << true << false
+                                   << u"Import Ledgerwick Database | The current database could not be backed up "
+                                      "(disk full), so nothing was imported. | OK"_s;
+    }
+    void nothingIsTouched()
+    {
+        QFETCH(bool, file);
+        QFETCH(bool, backup);
+        QFETCH(QString, alert);
+        QVERIFY(!file || writeBytes(v1File(), kFile));
+        if (!backup)
+            f->ledgerwick->setV1ImportBackup([](QString *error) { return *error = u"disk full"_s, QString(); });
+        f->platform.alertAnswers << (QTest::currentDataTag() == "cancelled"_L1 ? 1 : 0);
         f->ledgerwick->importLedgerwickDatabaseWithWarning();
-        QCOMPARE(AppFixture::alertText(f->platform.alerts.value(0)),
-                 u"Import Ledgerwick Database | If you continue, an earlier version of Ledgerwick (v1.x) will be "
-                 "searched for and data will be imported. Any existing data will be overwritten. Do you want to "
-                 "continue? | OK, Cancel"_s);
+        QCOMPARE(AppFixture::alertText(f->platform.alerts.last()), alert);
         QCOMPARE(f->ledgerwick->getItemManager()->getCount(), 1);
         QVERIFY(!QFileInfo::exists(f->bundleFile(u"Backups"_s)));
     }
@@ -88,18 +106,6 @@ private Q_SLOTS:
         const QString text = f->platform.alerts.last().informativeText;
         QCOMPARE(text.contains(u"The file ended early ("_s + told + u")"_s), !told.isEmpty());
     }
-    void missingFileOrFailedBackupTouchesNothing()
-    {
-        f->ledgerwick->importLedgerwickDatabase();
-        QCOMPARE(AppFixture::alertText(f->platform.alerts.value(0)),
-                 u"Import Ledgerwick Database | An Ledgerwick database hasn't been found. | OK"_s);
-        QVERIFY(writeBytes(v1File(), kFile));
-        f->ledgerwick->setV1ImportBackup([](QString *error) { return *error = u"disk full"_s, QString(); });
-        QVERIFY(!f->ledgerwick->importLedgerwickDatabase().imported);
-        QCOMPARE(f->platform.alerts.value(1).informativeText,
-                 u"The current database could not be backed up (disk full), so nothing was imported."_s);
-        QCOMPARE(f->ledgerwick->getItemManager()->getCount(), 1);
-    }
     void columnFiles_data()
     {
         QTest::addColumn<QByteArray>("fields");
@@ -118,21 +124,18 @@ private Q_SLOTS:
         const QString path = f->home(u"cols.xml"_s);
         QVERIFY(writeBytes(path, "<t><s><c><numberofcols>2</numberofcols>" + fields + "</c></s></t>"));
         lwDataSource *items = f->ledgerwick->getItemManager();
-        const QList<lwDataSource::Column> before = items->columns();
+        auto shown = [items] {
+            QStringList columns;
+            for (const auto &column : items->columns())
+                columns << u"%1:%2:%3"_s.arg(column.identifier, column.title).arg(column.width);
+            return columns;
+        };
+        const QStringList before = shown();
         LogCapture log;
         QCOMPARE(items->configureTable(path), taken);
-        QStringList shown;
-        for (const auto &column : items->columns())
-            shown << u"%1:%2:%3"_s.arg(column.identifier, column.title).arg(column.width);
-        if (taken) {
-            QCOMPARE(shown, QStringList({u"code:Code:40"_s, u"item:Item:90"_s}));
-            QCOMPARE(items->sortRules().size(), 2);
-            QCOMPARE(items->sortRules().at(1).key, u"item"_s);
-        } else {
-            QCOMPARE(items->columns().size(), before.size());
-            QCOMPARE(items->columns().first().identifier, before.first().identifier);
-            QVERIFY(log.lines().last().startsWith(u"column file %1 refused: names 2 columns but holds"_s.arg(path)));
-        }
+        QCOMPARE(shown(), taken ? QStringList({u"code:Code:40"_s, u"item:Item:90"_s}) : before);
+        QCOMPARE(items->sortRules().size(), taken ? 2 : 0);
+        QCOMPARE(log.lines().last().startsWith(u"column file %1 refused: names 2 columns"_s.arg(path)), !taken);
     }
 
 private:
