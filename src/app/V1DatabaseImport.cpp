@@ -133,7 +133,11 @@ V1DatabaseImport::Result V1DatabaseImport::importFile(const QString &path)
     summary += u" "_s + lwTr("The previous database was backed up to %1. Nothing is saved until the next save.")
                             .arg(result.backupFolder);
     if (platform)
-        platform->inform(lwTr("Import Ledgerwick Database"), summary);
+        platform->alert(
+            {lwTr("Import Ledgerwick Database"),
+             summary,
+             {lwTr("OK")},
+             result.ending == Ending::Complete ? Platform::AlertStyle::Informational : Platform::AlertStyle::Warning});
     return result;
 }
 
