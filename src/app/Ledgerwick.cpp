@@ -84,6 +84,9 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
                                                  const QString &type, std::function<void(dataObject *)> done) {
         picker->beginfor(std::move(done), source, field1, field2, type);
     });
+    m_v1ImportBackup = [this](QString *error) {
+        return V1DatabaseImport::copyRecordFiles(V1DatabaseImport::bundleOf(*this), error);
+    };
 }
 
 RecordTable *Ledgerwick::makeList(Kind kind)
@@ -611,4 +614,22 @@ void Ledgerwick::exportHTMLMenuItem(const lwDataSource *source, const QList<lwDa
     bytes.append(utf16(page));
     if (!PropertyListWriter::writeFile(path, bytes))
         lwLog(QStringLiteral("Unsuccessful exporting data to %1\n").arg(path));
+}
+
+void Ledgerwick::importLedgerwickDatabaseWithWarning()
+{
+    if (!m_platform)
+        return;
+    const int answer = m_platform->alert(
+        {lwTr("Import Ledgerwick Database"),
+         lwTr("If you continue, an earlier version of Ledgerwick (v1.x) will be searched for and data will be "
+              "imported. Any existing data will be overwritten. Do you want to continue?"),
+         {lwTr("OK"), lwTr("Cancel")}});
+    if (answer == 0)
+        importLedgerwickDatabase();
+}
+
+V1DatabaseImport::Result Ledgerwick::importLedgerwickDatabase(const QString &path)
+{
+    return V1DatabaseImport(*this, m_v1ImportBackup).importFile(path);
 }

@@ -5,6 +5,7 @@
 #include "accounts/StatementManager.h"
 #include "app/BundleLock.h"
 #include "app/DatabaseStore.h"
+#include "app/V1DatabaseImport.h"
 #include "contacts/CompanyContactEditor.h"
 #include "contacts/CompanyEditor.h"
 #include "contacts/ContactManager.h"
@@ -184,6 +185,15 @@ public:
     void exportCSVMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns);
     void exportHTMLMenuItem(const lwDataSource *source, const QList<lwDataSource::Column> &columns);
 
+    // --- the version-1 database ---------------------------------------------
+    // Asks first ("OK" imports, "Cancel" leaves everything as it is).
+    void importLedgerwickDatabaseWithWarning();
+    // Backs up the bundle, then replaces every list with the records of the
+    // version-1 file (see V1DatabaseImport). Nothing is saved.
+    V1DatabaseImport::Result importLedgerwickDatabase(
+        const QString &path = QStringLiteral("~/Ledgerwick/ledgerwickdatabase.xml"));
+    void setV1ImportBackup(V1DatabaseImport::Backup backup) { m_v1ImportBackup = std::move(backup); }
+
     // The removal of the lock failed: logged, and the work goes on.
     bool fileManagerShouldProceedAfterError(const QString &error);
 
@@ -240,4 +250,5 @@ private:
     QStringList m_saveFailures;
     QStringList m_keptAside;
     int m_currentOrder = 0;
+    V1DatabaseImport::Backup m_v1ImportBackup;
 };

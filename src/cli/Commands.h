@@ -12,4 +12,5 @@ int restoreCommand(const QStringList &args);
 int websiteExportCommand(const QStringList &args);
 int exportCommand(const QStringList &args);
 int importCommand(const QStringList &args);
+int importV1Command(const QStringList &args);
 int reportCommand(const QStringList &args);

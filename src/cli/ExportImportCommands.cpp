@@ -140,8 +140,8 @@ private:
 
 int exportCommand(const QStringList &args)
 {
-    CliCommand line("export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] "
-                    "[--from DATE] [--order ID] [--output FILE] [--db BUNDLE]",
+    CliCommand line("export KIND (--csv|--html) [--columns id:Title,...|--columns-file FILE] [--search TEXT] "
+                    "[--filter TITLE] [--from DATE] [--order ID] [--output FILE] [--db BUNDLE]",
                     "Writes a list as the app's export does. KIND is contacts, orders, items, materials, bills, "
                     "actions, money-in or statement; the last two after the bills' --filter period and --from "
                     "date (in the user's date format).");
@@ -150,6 +150,8 @@ int exportCommand(const QStringList &args)
     line.addFlag(QStringLiteral("html"), QStringLiteral("an HTML page (UTF-16)"));
     line.addValueOption(QStringLiteral("columns"), QStringLiteral("id:Title,..."),
                         QStringLiteral("the columns, instead of the list's own"));
+    line.addValueOption(QStringLiteral("columns-file"), QStringLiteral("FILE"),
+                        QStringLiteral("the columns, from a column file"));
     line.addValueOption(QStringLiteral("search"), QStringLiteral("TEXT"), QStringLiteral("the list's search text"));
     line.addValueOption(QStringLiteral("filter"), QStringLiteral("TITLE"), QStringLiteral("the list's filter entry"));
     line.addValueOption(QStringLiteral("from"), QStringLiteral("DATE"), QStringLiteral("the bills' period start"));
@@ -192,6 +194,13 @@ int exportCommand(const QStringList &args)
                          : statement ? *ledgerwick.getStatementList()
                                      : *ledgerwick.manager(*kind);
     list.setColumns(columns);
+    if (line.isSet(QStringLiteral("columns-file"))) {
+        if (!list.configureTable(line.value(QStringLiteral("columns-file")))) {
+            std::fprintf(stderr, "ledgerwick-cli: the column file was refused (run with --verbose for the reason)\n");
+            return 2;
+        }
+        columns = list.columns();
+    }
     if (!applySearchAndFilter(ledgerwick, list, kindName, line))
         return 2;
     if (materials) {

@@ -30,10 +30,12 @@ const Command kCommands[] = {
     {"website-export", "website-export [--db BUNDLE] export the page objects of the items marked for the website",
      websiteExportCommand},
     {"export",
-     "export KIND (--csv|--html) [--columns id:Title,...] [--search TEXT] [--filter TITLE] [--from DATE]\n"
+     "export KIND (--csv|--html) [--columns id:Title,...|--columns-file FILE] [--search TEXT] [--filter TITLE] [--from DATE]\n"
      "         [--order ID] [--output FILE] [--db BUNDLE]  write a list as the app's export does",
      exportCommand},
     {"import", "import KIND FILE [--db BUNDLE] import a tab-separated file into a list, then save", importCommand},
+    {"import-v1", "import-v1 FILE [--db BUNDLE]  replace the database with a version-1 database file, then save",
+     importV1Command},
     {"report",
      "report NAME (--csv|--html) [--contact ID] [--output FILE] [--db BUNDLE]\n"
      "         run a report and write what the reports tab's export writes; report --list names the reports",

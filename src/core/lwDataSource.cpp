@@ -1,5 +1,6 @@
 #include "core/lwDataSource.h"
 
+#include "core/ColumnFile.h"
 #include "core/lwController.h"
 #include "core/Log.h"
 #include "core/Platform.h"
@@ -638,6 +639,19 @@ void lwDataSource::setColumns(const QList<Column> &columns)
     beginResetModel();
     m_columns = columns;
     endResetModel();
+}
+
+bool lwDataSource::configureTable(const QString &path)
+{
+    QString reason;
+    const std::optional<ColumnFile::Layout> layout = ColumnFile::read(path, &reason);
+    if (!layout) {
+        lwLog(QStringLiteral("column file %1 refused: %2").arg(path, reason));
+        return false;
+    }
+    setColumns(layout->columns);
+    setSortRules(layout->sortRules);
+    return true;
 }
 
 int lwDataSource::columnForIdentifier(const QString &identifier) const

@@ -27,6 +27,12 @@ public:
         QString title;
         int width = 100;
     };
+    // How the table's rows are ordered by a key (the table's sort descriptors).
+    struct SortRule
+    {
+        QString key;
+        bool ascending = true;
+    };
 
     // The colour a row's label area is painted with (invalid = no tint).
     static constexpr int LabelColorRole = Qt::UserRole + 1;
@@ -120,6 +126,11 @@ public:
 
     // --- the table --------------------------------------------------------
     void setColumns(const QList<Column> &columns);
+    // Rebuilds the columns and sort rules from a column file (see ColumnFile).
+    // A file it cannot take is logged and leaves the table as it was.
+    bool configureTable(const QString &path);
+    void setSortRules(const QList<SortRule> &rules) { m_sortRules = rules; }
+    const QList<SortRule> &sortRules() const { return m_sortRules; }
     const QList<Column> &columns() const { return m_columns; }
     int columnForIdentifier(const QString &identifier) const;
     // The selection of the table this collection feeds (not owned).
@@ -173,6 +184,7 @@ private:
     lwController *m_ledgerwick = nullptr;
     QPointer<QItemSelectionModel> m_selection;
     QList<Column> m_columns;
+    QList<SortRule> m_sortRules;
 
     // Positions of the visible records, rebuilt lazily when visibility or the
     // collection changes.

@@ -326,6 +326,8 @@ void MainWindow::buildFileMenu()
         if (lwDataSource *source = frontDataSource())
             source->importData(nullptr);
     });
+    file->addAction(lwTr("Import Ledgerwick &1 Database…"), m_ledgerwick,
+                    &Ledgerwick::importLedgerwickDatabaseWithWarning);
     QAction *csv = file->addAction(lwTr("Export to &Spreadsheet…"), this, &MainWindow::exportCSVMenuItem);
     csv->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     file->addAction(lwTr("Export to &HTML…"), this, &MainWindow::exportHTMLMenuItem);
