@@ -85,7 +85,7 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
         picker->beginfor(std::move(done), source, field1, field2, type);
     });
     m_v1ImportBackup = [this](QString *error) {
-        return V1DatabaseImport::copyRecordFiles(V1DatabaseImport::bundleOf(*this), error);
+        return BundleBackups::create(V1DatabaseImport::bundleOf(*this), error);
     };
 }
 

@@ -220,25 +220,3 @@ QString V1DatabaseImport::endingText(Ending ending)
     }
     return {};
 }
-
-QString V1DatabaseImport::copyRecordFiles(const QString &bundle, QString *error)
-{
-    const QString stamp = CalendarDate::currentDate().toString(u"%Y%m%d-%H%M%S"_s);
-    const QDir set(QDir(bundle).filePath(u"Backups/"_s + stamp));
-    if (!QDir().mkpath(set.path())) {
-        if (error)
-            *error = u"cannot create "_s + set.path();
-        return {};
-    }
-    for (const auto &record : DatabaseStore::files()) {
-        const QString name = QString::fromLatin1(record.fileName);
-        const QString from = QDir(bundle).filePath(name);
-        QFile::remove(set.filePath(name));
-        if (QFileInfo::exists(from) && !QFile::copy(from, set.filePath(name))) {
-            if (error)
-                *error = u"cannot copy "_s + name;
-            return {};
-        }
-    }
-    return stamp;
-}

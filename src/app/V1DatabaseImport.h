@@ -52,9 +52,6 @@ public:
     static QString bundleOf(const Ledgerwick &ledgerwick);
     // "the file is cut short" and so on; "" for a complete file.
     static QString endingText(Ending ending);
-    // Until the dated backups are wired in: copies of the six record files
-    // in "Backups/<YYYYMMDD-HHMMSS>" of the bundle.
-    static QString copyRecordFiles(const QString &bundle, QString *error);
 
 private:
     void walk(const QString &path, Result &result);
