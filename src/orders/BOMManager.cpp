@@ -72,9 +72,11 @@ Material *BOMManager::addLine(std::shared_ptr<Material> line)
 {
     // A line appended to a current index only joins its order's list.
     const bool current = indexIsCurrent();
+    const quint64 before = collectionChanges();
     Material *added = line.get();
     add(std::move(line));
-    if (current) {
+    // A view told of the change may have had the index rebuilt already.
+    if (current && m_indexedChanges == before) {
         m_byOrder[added->getOrder()].push_back(added);
         markIndexCurrent();
     }

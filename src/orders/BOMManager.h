@@ -38,6 +38,7 @@ public:
     // The n-th line (from 0) of the order, in collection order; past the last,
     // the first record of the whole collection, whatever its order.
     Material *getnthItem(int n, int orderId) const;
+    using RecordTable::getnthItem;
     // The lines of an order, in collection order.
     const std::vector<Material *> &linesOf(int orderId) const;
     Material *currentItem() const { return m_currentItem; }
