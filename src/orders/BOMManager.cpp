@@ -18,6 +18,11 @@ BOMManager::BOMManager(QObject *parent) : RecordTable({}, parent)
 
 BOMManager::~BOMManager() = default;
 
+void BOMManager::setItemManager(ItemManager *items)
+{
+    m_items = items;
+}
+
 void BOMManager::setCheckoutManager(QObject *checkout, QItemSelectionModel *selection)
 {
     m_checkout = checkout;

@@ -27,7 +27,7 @@ public:
     ~BOMManager() override;
 
     // The product list: refiltered and asked for its website objects as stock moves.
-    void setItemManager(ItemManager *items) { m_items = items; }
+    void setItemManager(ItemManager *items);
     // The checkout: its table and the selection of it (not owned).
     void setCheckoutManager(QObject *checkout, QItemSelectionModel *selection);
 

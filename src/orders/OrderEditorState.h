@@ -29,6 +29,7 @@ struct OrderEditorState
     QString net;
     QString deposit;
     QString balance;
+    QString valueWithTax; // shown only: a commit computes it anew
     QString taxLabel; // "<statement> @ <rate>%"
     bool taxShown = false; // the tax label, amount, net and calculate button
 

@@ -52,6 +52,21 @@ OrderManager::OrderManager(QObject *parent)
 
 OrderManager::~OrderManager() = default;
 
+void OrderManager::setBOMManager(BOMManager *bom)
+{
+    m_bom = bom;
+}
+
+void OrderManager::setContactManager(ContactManager *contacts)
+{
+    m_contacts = contacts;
+}
+
+void OrderManager::setItemManager(ItemManager *items)
+{
+    m_items = items;
+}
+
 CalendarDate OrderManager::now() const
 {
     return m_clock ? m_clock() : CalendarDate::currentDate();
@@ -145,6 +160,7 @@ void OrderManager::fillState(const Order &record)
     s.shipping = order.getShipping();
     s.title = order.getTitle();
     s.value = order.getValue();
+    s.valueWithTax = order.getValueWithTax();
     s.taxShown = OrderMoney::showsTax(order.getTaxRate());
     const QString statement = prefs ? prefs->getTaxStatement() : defaultControls().taxStatement;
     s.taxLabel = s.taxShown ? OrderMoney::taxLabel(statement, order.getTaxRate()) : lwEmpty();
@@ -478,6 +494,7 @@ void OrderManager::calculateBalance(QObject *)
     const OrderEditorState &s = m_state;
     m_state.balance = OrderMoney::plainNumber(NumberText::floatValue(s.value) + NumberText::floatValue(s.shipping) -
                                               NumberText::floatValue(s.deposit));
+    m_state.valueWithTax = OrderMoney::valueWithTax(s.value, s.taxAmount, s.shipping);
     Q_EMIT editorStateChanged();
     Q_EMIT balanceCalculated();
 }

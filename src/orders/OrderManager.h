@@ -36,9 +36,9 @@ public:
     ~OrderManager() override;
 
     // --- wiring ---------------------------------------------------------------------
-    void setBOMManager(BOMManager *bom) { m_bom = bom; }
-    void setContactManager(ContactManager *contacts) { m_contacts = contacts; }
-    void setItemManager(ItemManager *items) { m_items = items; }
+    void setBOMManager(BOMManager *bom);
+    void setContactManager(ContactManager *contacts);
+    void setItemManager(ItemManager *items);
     // The tasks offered by pickTime().
     void setActionSource(lwDataSource *actions) { m_actions = actions; }
     void setPickerOpener(PickerOpener opener) { m_pickerOpener = std::move(opener); }

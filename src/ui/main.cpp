@@ -10,6 +10,7 @@
 #include "ui/PickerWindow.h"
 #include "ui/MainWindow.h"
 #include "ui/NotepadWindow.h"
+#include "ui/OrderEditor.h"
 #include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
 
@@ -52,6 +53,14 @@ int main(int argc, char *argv[])
                                                                : static_cast<QWidget *>(&companyContactWindow);
         next->restoreGeometry(QSettings().value(QStringLiteral("ContactWindows")).toByteArray());
     });
+    OrderManager *orders = ledgerwick.getOrderManager();
+    window.addListHeader(orders, new lwListControls(orders, orders->editorState().searchText,
+                                                    orders->editorState().statusFilter,
+                                                    lwTr("Search dates, titles, statuses, types, customers")));
+    OrderEditor orderEditor(orders, ledgerwick.getBOMManager(), &window);
+    QObject::connect(&orderEditor, &OrderEditor::activated, &ledgerwick, &Ledgerwick::requestCheckoutManagerResign);
+    QObject::connect(&ledgerwick, &Ledgerwick::ordersToFrontRequested, &window, &MainWindow::bringOrdersToFront);
+
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();
