@@ -10,3 +10,4 @@ int saveCommand(const QStringList &args);
 int websiteExportCommand(const QStringList &args);
 int exportCommand(const QStringList &args);
 int importCommand(const QStringList &args);
+int repeatsCommand(const QStringList &args);

@@ -31,6 +31,7 @@ const Command kCommands[] = {
      "         [--output FILE] [--db BUNDLE]  write a list as the app's export does",
      exportCommand},
     {"import", "import KIND FILE [--db BUNDLE] import a tab-separated file into a list, then save", importCommand},
+    {"repeats", "repeats [--db BUNDLE]      copy the repeating orders that have fallen due, then save", repeatsCommand},
 };
 
 void printHelp(FILE *out)

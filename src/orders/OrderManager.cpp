@@ -675,6 +675,13 @@ void OrderManager::repeatTimerFired()
     }
 }
 
+void OrderManager::relinkContacts()
+{
+    for (const auto &record : records())
+        if (auto *order = static_cast<Order *>(record.get()); !order->getContact())
+            connectContactById(order->getContactId(), *order);
+}
+
 QList<std::pair<QString, QString>> OrderManager::checkForOverdueRepeats()
 {
     return repeatPass(getCount());

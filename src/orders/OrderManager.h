@@ -129,6 +129,9 @@ public:
     // pairs of source and copy order numbers. A pass asked while another is
     // showing its alert does nothing.
     QList<std::pair<QString, QString>> checkForOverdueRepeats();
+    // What each pass does first: every order without a customer link is
+    // linked to the contact its id names.
+    void relinkContacts();
 
 Q_SIGNALS:
     // The balance was recalculated (the checkout's tender display follows).
