@@ -501,6 +501,15 @@ void OrderManager::calculateBalance(QObject *)
 
 // --- copies ------------------------------------------------------------------------------------------------
 
+void OrderManager::duplicate(QObject *sender)
+{
+    Order *order = orderInEditor();
+    if (!order || !readOnlyCheck())
+        return;
+    finish(sender);
+    duplicate(order);
+}
+
 Order *OrderManager::duplicate(Order *source)
 {
     if (!source)

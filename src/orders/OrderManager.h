@@ -101,6 +101,8 @@ public:
     // A copy of the order, added and saved, announced in an alert. The copy
     // keeps the customer link in memory only: its contact id stays 0.
     Order *duplicate(Order *source);
+    // The editor's button: the order in the editor, committed first.
+    void duplicate(QObject *sender);
 
     // --- the list -------------------------------------------------------------------------------------------
     void filter(QObject *sender) override;

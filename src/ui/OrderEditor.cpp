@@ -197,8 +197,10 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     // --- the window -------------------------------------------------------------------------
     QPushButton *ok = button(QStringLiteral("okButton"), lwTr("OK"));
     QPushButton *cancel = button(QStringLiteral("cancelButton"), lwTr("Cancel"));
+    QPushButton *duplicate = button(QStringLiteral("duplicateButton"), lwTr("Duplicate"));
     ok->setDefault(true);
     auto *bottom = new QHBoxLayout;
+    bottom->addWidget(duplicate);
     bottom->addStretch();
     bottom->addWidget(cancel);
     bottom->addWidget(ok);
@@ -222,6 +224,7 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     auto *base = static_cast<lwEditorManagerBase *>(m_manager);
     connectAction(ok, base, &lwEditorManagerBase::finish);
     connectAction(cancel, static_cast<lwEditorManagerBase *>(m_manager), &lwEditorManagerBase::cancel);
+    connectAction(duplicate, m_manager, static_cast<void (OrderManager::*)(QObject *)>(&OrderManager::duplicate));
     connectAction(pick, m_manager, &OrderManager::pickContact);
     connectAction(create, m_manager, &OrderManager::createContact);
     connectAction(m_editContact, m_manager, &OrderManager::editContact);
