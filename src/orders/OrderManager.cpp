@@ -582,9 +582,10 @@ QColor OrderManager::labelColorForRow(int row) const
     const auto *order = static_cast<const Order *>(getnthVisibleItem(row));
     if (!order)
         return m_clearColour;
-    // Read once per paint would be costly; the settings object caches its file.
-    static thread_local QSettings store;
-    const QVariantList colours = store.value(QStringLiteral("LedgerwickFlagColours")).toList();
+    // The settings objects of one process share one cache of the file.
+    const QVariantList colours = QSettings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"))
+                                     .value(QStringLiteral("LedgerwickFlagColours"))
+                                     .toList();
     for (const QVariant &value : colours) {
         const QVariantMap entry = value.toMap();
         if (entry.value(QStringLiteral("Status")).toString() == order->getStatus())

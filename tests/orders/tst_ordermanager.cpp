@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QSettings>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void customerLinkedWhileCreatingThenCancelled();
     void filterByStatusAndCustomer_data();
     void filterByStatusAndCustomer();
+    void rowsTakeTheirStatusColour();
     void attachmentsAreCounted_data();
     void attachmentsAreCounted();
     void deletingAnOrderTakesItsAttachmentsAndLines();
@@ -307,6 +309,22 @@ void tst_OrderManager::filterByStatusAndCustomer()
     for (int row = 0; row < m_orders->numberOfRowsInTableView(); ++row)
         shown << m_orders->objectValueForTableColumn(u"title"_s, row);
     QCOMPARE(shown.join(u' '), FETCHED(QString, shown));
+}
+
+void tst_OrderManager::rowsTakeTheirStatusColour()
+{
+    auto entry = [](const char *status, const char *red) {
+        return QVariant(QVariantMap{{u"Status"_s, QString::fromLatin1(status)}, {u"redComponent"_s, QString::fromLatin1(red)},
+                                    {u"greenComponent"_s, u"0.5"_s}, {u"blueComponent"_s, u"0"_s}});
+    };
+    // The first entry of a status wins.
+    QSettings(u"Ledgerwick"_s, u"Ledgerwick"_s).setValue(u"LedgerwickFlagColours"_s, QVariantList{entry("Quote", "1"), entry("Quote", "0")});
+    addOrder(u"a"_s, u"Quote"_s);
+    addOrder(u"b"_s, u"Order"_s);
+    m_orders->filter(nullptr);
+    QCOMPARE(m_orders->labelColorForRow(0), QColor::fromRgbF(1, 0.5f, 0));
+    QCOMPARE(m_orders->labelColorForRow(1), m_orders->clearcolour());
+    QVERIFY(!m_orders->data(m_orders->index(1, 0), lwDataSource::LabelColorRole).isValid());
 }
 
 void tst_OrderManager::attachmentsAreCounted_data()
