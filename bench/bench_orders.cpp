@@ -72,10 +72,12 @@ int main(int argc, char *argv[])
     if (orders->getCount() == 0 || bom->getCount() == 0)
         return 1;
 
+    // The index is built while reading; a sort of the lines makes it stale once.
     QElapsedTimer first;
+    bom->sortByColumn(QStringLiteral("item"), true, 0);
     first.start();
     bom->setCurrentOrder(1);
-    std::printf("%-52s %9.3f ms\n", "first index of the lines by order (once per change)", double(first.nsecsElapsed()) / 1e6);
+    std::printf("%-52s %9.3f ms\n", "index of the lines by order, after a sort of them", double(first.nsecsElapsed()) / 1e6);
 
     // Opening an order: the editor filled, its lines counted and every cell shown.
     qsizetype chars = 0;

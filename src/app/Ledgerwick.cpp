@@ -171,7 +171,13 @@ QString Ledgerwick::getContactIdForName(const QString &name) const
 
 int Ledgerwick::getContactIdForOrder(int orderId) const
 {
-    const auto *order = dynamic_cast<const Order *>(getOrderManager()->getItemById(orderId));
+    // Lines picked into the order in the editor ask for it without the id index,
+    // which every new record anywhere makes stale. A new order not yet in the
+    // list has no contact id either, so the answer is the same.
+    const Order *editing = m_orders->currentItem();
+    const auto *order = editing && editing->getID() == orderId
+                            ? editing
+                            : dynamic_cast<const Order *>(getOrderManager()->getItemById(orderId));
     return order ? order->getContactId() : 0;
 }
 

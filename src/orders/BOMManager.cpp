@@ -272,6 +272,12 @@ void BOMManager::setContacts()
             setContactfor(*line);
 }
 
+void BOMManager::filter(QObject *sender)
+{
+    RecordTable::filter(sender);
+    ensureIndex();
+}
+
 void BOMManager::finish(QObject *sender)
 {
     filter(sender);

@@ -73,6 +73,9 @@ public:
     void setContactfor(Material &line) const;
     void setContacts();
 
+    // Every line shown, and the index built while the database is being read
+    // rather than when the first order is opened.
+    void filter(QObject *sender) override;
     void finish(QObject *sender);
     void cancel(QObject *sender);
     static bool isANumber(const QString &text);
