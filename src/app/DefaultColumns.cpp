@@ -25,7 +25,9 @@ QList<lwDataSource::Column> DefaultColumns::forKind(DatabaseStore::Kind kind)
         return {col("code", "Code", 80),   col("item", "Item", 220),  col("qty", "Qty", 60),
                 col("price", "Price", 80), col("bought", "Cost", 80), col("status", "Status", 90)};
     case Kind::Materials:
-        break; // shown only in the order editor, which has no list of its own yet
+        // The order editor's lines table.
+        return {col("code", "Code", 70),  col("item", "Item", 220),   col("qty", "Qty", 50),    col("unit", "Unit", 60),
+                col("cost", "Cost", 70),  col("total", "Total", 80), col("taxcode", "Tax", 40)};
     case Kind::Bills:
         return {col("number", "Number", 80),      col("datepaid", "Date Paid", 90), col("name", "Name", 180),
                 col("category", "Category", 110), col("amount", "Amount", 90),      col("vat", "VAT", 80)};

@@ -42,8 +42,10 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     for (lwDataSource *editor : {static_cast<lwDataSource *>(m_companyEditor), static_cast<lwDataSource *>(m_companyContactEditor)})
         editor->setLedgerwick(this);
     m_items = new ItemManager(this);
-    m_orders = makeList(Kind::Orders);
-    m_materials = makeList(Kind::Materials);
+    m_orders = new OrderManager(this);
+    m_orders->setObjectName(QString::fromLatin1(DatabaseStore::fileOf(Kind::Orders).name));
+    m_materials = new BOMManager(this);
+    m_materials->setObjectName(QString::fromLatin1(DatabaseStore::fileOf(Kind::Materials).name));
     m_bills = new BillManager(this);
     m_actions = new ActionManager(this);
     m_managers = {m_contacts, m_orders, m_items, m_materials, m_bills, m_actions};
@@ -87,6 +89,16 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
     m_v1ImportBackup = [this](QString *error) {
         return BundleBackups::create(V1DatabaseImport::bundleOf(*this), error);
     };
+    m_materials->setItemManager(m_items);
+    m_orders->setBOMManager(m_materials);
+    m_orders->setContactManager(m_contacts);
+    m_orders->setItemManager(m_items);
+    m_orders->setActionSource(m_actions);
+    m_orders->setPickerOpener([picker = m_picker](lwDataSource *source, const QString &field1, const QString &field2,
+                                                  const QString &type, std::function<void(dataObject *)> done) {
+        picker->beginfor(std::move(done), source, field1, field2, type);
+    });
+    connect(m_materials, &BOMManager::currentOrderChanged, this, &Ledgerwick::currentOrderChanged);
 }
 
 RecordTable *Ledgerwick::makeList(Kind kind)
@@ -173,6 +185,7 @@ bool Ledgerwick::applicationShouldTerminate()
     m_bills->disconnectWindow(this);
     m_contacts->disconnectWindow(this);
     m_companyEditor->disconnectWindow(this);
+    m_orders->disconnectWindow(this);
     return true;
 }
 
@@ -213,7 +226,13 @@ QString Ledgerwick::getContactIdForName(const QString &name) const
 
 int Ledgerwick::getContactIdForOrder(int orderId) const
 {
-    const auto *order = dynamic_cast<const Order *>(getOrderManager()->getItemById(orderId));
+    // Lines picked into the order in the editor ask for it without the id index,
+    // which every new record anywhere makes stale. A new order not yet in the
+    // list has no contact id either, so the answer is the same.
+    const Order *editing = m_orders->currentItem();
+    const auto *order = editing && editing->getID() == orderId
+                            ? editing
+                            : dynamic_cast<const Order *>(getOrderManager()->getItemById(orderId));
     return order ? order->getContactId() : 0;
 }
 
@@ -224,17 +243,14 @@ dataObject *Ledgerwick::getProductbyId(int id) const
 
 void Ledgerwick::connectContact(const std::shared_ptr<Contact> &contact, int orderId)
 {
-    auto *order = dynamic_cast<Order *>(getOrderManager()->getItemById(orderId));
-    if (!order || !contact)
-        return;
-    order->setContact(contact);
-    order->setContactId(contact->getID());
+    m_orders->connectContactToOrderId(contact, orderId);
+    m_orders->updateContactFields();
 }
 
 void Ledgerwick::setCurrentOrder(int orderId)
 {
-    m_currentOrder = orderId;
-    Q_EMIT currentOrderChanged(orderId);
+    m_materials->setCurrentOrder(orderId);
+    m_materials->reloadData(this);
 }
 
 void Ledgerwick::requestOrderManagerResign()
@@ -443,6 +459,8 @@ void Ledgerwick::loadRecords()
         }
         result = DatabaseStore::Loaded();
         collection->filter(nullptr);
+        if (file.kind == Kind::Orders)
+            m_orders->kickOffCheckForOverdueRepeats();
     }
 }
 

@@ -12,6 +12,8 @@
 #include "core/RecordTable.h"
 #include "core/lwController.h"
 #include "core/lwDataSource.h"
+#include "orders/BOMManager.h"
+#include "orders/OrderManager.h"
 #include "products/ItemManager.h"
 #include "reports/ReportManager.h"
 
@@ -70,9 +72,9 @@ public:
     CompanyEditor *getCompanyEditor() const { return m_companyEditor; }
     CompanyContactEditor *getCompanyContactEditor() const { return m_companyContactEditor; }
     ItemManager *getItemManager() const { return m_items; }
+    OrderManager *getOrderManager() const { return m_orders; }
+    BOMManager *getBOMManager() const { return m_materials; }
     // The lists whose managers have not landed yet are plain record tables.
-    RecordTable *getOrderManager() const { return m_orders; }
-    RecordTable *getBOMManager() const { return m_materials; }
     BillManager *getBillManager() const { return m_bills; }
     ActionManager *getActionManager() const { return m_actions; }
     // The pick-a-record panel and the list of supplier contacts it offers.
@@ -104,7 +106,9 @@ public:
     // Links the contact to the order with that id (link and id).
     void connectContact(const std::shared_ptr<Contact> &contact, int orderId) override;
     void setCurrentOrder(int orderId) override;
-    int getCurrentOrder() const override { return m_currentOrder; }
+    int getCurrentOrder() const override { return m_materials->getCurrentOrder(); }
+    // Shows the orders list in front.
+    void bringOrdersToFront() { Q_EMIT ordersToFrontRequested(); }
     // The checkout and the order editor each ask the other to let go of an
     // unfinished edit when they come to the front.
     void requestOrderManagerResign();
@@ -200,6 +204,7 @@ public:
 Q_SIGNALS:
     void readOnlyChanged(bool readOnly);
     void currentOrderChanged(int orderId);
+    void ordersToFrontRequested();
     // The database is open in another copy: the window shows the lock sheet.
     void lockFound(const QString &lockDateTime);
 
@@ -220,8 +225,8 @@ private:
     CompanyEditor *m_companyEditor = nullptr;
     CompanyContactEditor *m_companyContactEditor = nullptr;
     ItemManager *m_items = nullptr;
-    RecordTable *m_orders = nullptr;
-    RecordTable *m_materials = nullptr;
+    OrderManager *m_orders = nullptr;
+    BOMManager *m_materials = nullptr;
     BillManager *m_bills = nullptr;
     ActionManager *m_actions = nullptr;
     ReportManager *m_moneyIn = nullptr;

@@ -14,3 +14,4 @@ int exportCommand(const QStringList &args);
 int importCommand(const QStringList &args);
 int importV1Command(const QStringList &args);
 int reportCommand(const QStringList &args);
+int repeatsCommand(const QStringList &args);

@@ -9,7 +9,7 @@
 #include "app/Ledgerwick.h"
 #include "core/lwDataSource.h"
 #include "core/PropertyListWriter.h"
-#include "orders/Material.h"
+#include "orders/OrderManager.h"
 
 #include <QFileInfo>
 #include <QStringEncoder>
@@ -60,6 +60,11 @@ bool applySearchAndFilter(Ledgerwick &ledgerwick, lwDataSource &list, const QStr
     if (&list == ledgerwick.getItemManager()) {
         search = &ledgerwick.getItemManager()->editorState().searchText;
         filter = &ledgerwick.getItemManager()->editorState().stockFilter;
+    } else if (&list == ledgerwick.getOrderManager()) {
+        // The customers are linked as the app's first repeat pass links them.
+        ledgerwick.getOrderManager()->relinkContacts();
+        search = &ledgerwick.getOrderManager()->editorState().searchText;
+        filter = &ledgerwick.getOrderManager()->editorState().statusFilter;
     } else if (&list == ledgerwick.getContactManager()) {
         search = &ledgerwick.getContactManager()->editorState().searchText;
         filter = &ledgerwick.getContactManager()->editorState().filter;
@@ -206,10 +211,6 @@ int exportCommand(const QStringList &args)
     if (materials) {
         // The order editor's table shows the lines of the current order only.
         ledgerwick.setCurrentOrder(orderId);
-        for (const auto &record : list.records())
-            if (const auto *lineOfOrder = dynamic_cast<const Material *>(record.get()))
-                record->setVisible(lineOfOrder->getOrder() == orderId);
-        list.reloadData();
     }
 
     // The same bytes as the app's export menu items write.

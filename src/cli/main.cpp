@@ -40,6 +40,7 @@ const Command kCommands[] = {
      "report NAME (--csv|--html) [--contact ID] [--output FILE] [--db BUNDLE]\n"
      "         run a report and write what the reports tab's export writes; report --list names the reports",
      reportCommand},
+    {"repeats", "repeats [--db BUNDLE]      copy the repeating orders that have fallen due, then save", repeatsCommand},
 };
 
 void printHelp(FILE *out)

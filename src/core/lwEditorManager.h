@@ -105,6 +105,7 @@ protected:
     void showEditor();
     void hideEditor();
     void setCurrentRecord(std::shared_ptr<dataObject> record) { m_current = std::move(record); }
+    const std::shared_ptr<dataObject> &currentShared() const { return m_current; }
 
 private:
     Rules m_rules;

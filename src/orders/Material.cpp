@@ -3,6 +3,8 @@
 
 #include "core/NumberText.h"
 
+std::atomic<quint64> Material::s_orderGeneration{0};
+
 namespace {
 
 struct FieldAccess

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <atomic>
+
 // One line of an order: a product from stock, charged time from a task, or
 // an ad-hoc entry. The line names its order, its product (0 for time and
 // ad-hoc lines) and the order's customer by id. Unlike the other records, a
@@ -49,11 +51,19 @@ public:
     void setTotal(const QString &value) { m_total = lwNonNull(value); }
     void setCode(const QString &value) { m_code = lwNonNull(value); }
     void setTaxCode(const QString &value) { m_taxCode = lwNonNull(value); }
-    void setOrder(int orderId) { m_order = orderId; }
+    void setOrder(int orderId)
+    {
+        m_order = orderId;
+        s_orderGeneration.fetch_add(1, std::memory_order_relaxed);
+    }
+    // Counts every change of any line's order, so that an index of the lines
+    // by order can tell cheaply whether it is stale.
+    static quint64 orderGeneration() { return s_orderGeneration.load(std::memory_order_relaxed); }
     void setProduct(int productId) { m_product = productId; }
     void setContact(int contactId) { m_contact = contactId; }
 
 private:
+    static std::atomic<quint64> s_orderGeneration;
     // By-name reads promise a string, never a null one.
 
     QString m_item;

@@ -14,6 +14,7 @@
 #include "ui/PickerWindow.h"
 #include "ui/MainWindow.h"
 #include "ui/NotepadWindow.h"
+#include "ui/OrderEditor.h"
 #include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
 #include "ui/ReportsPanel.h"
@@ -70,6 +71,14 @@ int main(int argc, char *argv[])
                                     ledgerwick.makeReportManager(&companyContactWindow));
     ReportManager *reports = ledgerwick.getReportManager();
     window.addListHeader(reports, new ReportsPanel(reports, window.viewFor(reports)));
+    OrderManager *orders = ledgerwick.getOrderManager();
+    window.addListHeader(orders, new lwListControls(orders, orders->editorState().searchText,
+                                                    orders->editorState().statusFilter,
+                                                    lwTr("Search dates, titles, statuses, types, customers")));
+    OrderEditor orderEditor(orders, ledgerwick.getBOMManager(), &window);
+    QObject::connect(&orderEditor, &OrderEditor::activated, &ledgerwick, &Ledgerwick::requestCheckoutManagerResign);
+    QObject::connect(&ledgerwick, &Ledgerwick::ordersToFrontRequested, &window, &MainWindow::bringOrdersToFront);
+
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
     QObject::connect(&window, &MainWindow::notepadRequested, &notepad, [&notepad] {
         notepad.show();

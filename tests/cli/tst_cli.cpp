@@ -94,7 +94,8 @@ void TestCli::helpAndVersion()
     QCOMPARE(version.status, 0);
     QVERIFY(version.out.startsWith(QLatin1String("ledgerwick-cli ")));
     // Each command explains its own options, and writes nothing doing so.
-    for (const char *command : {"check", "save", "export", "import", "convert", "website-export", "report"}) {
+    for (const char *command : {"check", "save", "export", "import", "convert", "website-export", "report", "backups",
+                                "restore", "import-v1", "repeats"}) {
         const Run own = cli({QLatin1String(command), QStringLiteral("--help"), QStringLiteral("--db"), bundle()});
         QCOMPARE(own.status, 0);
         QVERIFY2(own.out.startsWith(QLatin1String("usage: ledgerwick-cli ") + QLatin1String(command)), command);

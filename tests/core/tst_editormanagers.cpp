@@ -2,6 +2,7 @@
 // its texts and quirks; a new manager adds a row here.
 #include "contacts/ContactManager.h"
 #include "core/lwEditorManager.h"
+#include "orders/OrderManager.h"
 #include "support/AppFixture.h"
 #include "support/LogCapture.h"
 #include "support/TestRecord.h"
@@ -66,6 +67,18 @@ const std::vector<ManagerRow> &rows()
          },
          u"Delete Bill | Do you want to delete the selected item from the database? | OK, Cancel"_s, {}, true,
          u"bills.xml"_s},
+        {"orders", [](Ledgerwick &l) -> lwEditorManagerBase * { return l.getOrderManager(); },
+         [](AppFixture &app) {
+             for (const char *title : {"Fence", "Gate", "Shed"}) {
+                 auto order = std::make_shared<Order>();
+                 order->setTitle(QString::fromLatin1(title));
+                 order->setTaxRate(u"20.00"_s); // the global rate: opening it asks nothing
+                 app.ledgerwick->getOrderManager()->add(order);
+             }
+             app.ledgerwick->getOrderManager()->filter(nullptr);
+         },
+         u"Delete Order | Do you want to delete the selected item from the database? | OK, Cancel"_s, QString(),
+         false, u"orders.xml"_s},
     };
     return table;
 }
