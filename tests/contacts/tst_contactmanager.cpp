@@ -281,6 +281,7 @@ void tst_ContactManager::companyEditorQuirks()
     m_contacts->edit(nullptr);
     Contact *company = editor->currentItem();
     auto ann = add(u"Ann"_s, u"Company Contact"_s, u"Customer"_s, company->getID());
+    QCOMPARE(editor->objectValueForTableColumn(u"name"_s, 0), u"Ann"_s); // its people table
     CompanyContactEditor *people = m_app->ledgerwick->getCompanyContactEditor();
     ContactEditorState &s = editor->editorState();
     s.name = u"Acme"_s;
