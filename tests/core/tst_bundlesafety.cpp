@@ -106,12 +106,17 @@ void TestBundleSafety::aDamagedFileIsKeptAsideAndTheUserTold()
     app.ledgerwick->readDatabase();
     QCOMPARE(app.ledgerwick->getContactManager()->getCount(), 0);
     app.addContact(u"Cy"_s);
+    LogCapture log;
     QVERIFY(app.ledgerwick->writeDatabase(app.ledgerwick->getContactManager()));
     const QStringList aside = QDir(app.bundleFile({})).entryList({u"contacts.xml.unreadable-*"_s});
     QCOMPARE(aside.size(), 1);
     QCOMPARE(fileBytes(app.bundleFile(aside.at(0))), damaged);
     QCOMPARE(app.platform.alerts.size(), 1);
     QVERIFY(app.platform.alerts.at(0).informativeText.contains(u"contacts.xml (kept as "_s + aside.at(0)));
+    QVERIFY(log.lines().contains(u"contacts.xml could not be read at start; kept as "_s + aside.at(0)));
+    // Only once: the next save just writes.
+    QVERIFY(app.ledgerwick->writeDatabase(app.ledgerwick->getContactManager()));
+    QCOMPARE(QDir(app.bundleFile({})).entryList({u"contacts.xml.unreadable-*"_s}).size(), 1);
 }
 
 void TestBundleSafety::standardReadersReadTheWritersFiles()

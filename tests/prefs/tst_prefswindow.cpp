@@ -1,6 +1,6 @@
 #include "core/DatabasePaths.h"
 #include "prefs/PrefsController.h"
-#include "support/ScriptedPlatform.h"
+#include "support/AppFixture.h"
 #include "ui/NotepadWindow.h"
 #include "ui/PrefsWindow.h"
 
@@ -14,7 +14,6 @@
 #include <QRadioButton>
 #include <QSettings>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -42,8 +41,8 @@ class TestPrefsWindow : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    void init() { m_app = std::make_unique<AppFixture>(); }
+    void cleanup() { m_app.reset(); }
 
     void showsTheStoreAfterReadDefaults();
     void editsReachTheGettersCancelStoresNothing();
@@ -53,27 +52,8 @@ private Q_SLOTS:
     void notepadEditsTheControllersDocument();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_home;
-    ScriptedPlatform m_platform;
+    std::unique_ptr<AppFixture> m_app;
 };
-
-void TestPrefsWindow::initTestCase()
-{
-    m_home = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_home->isValid());
-    qputenv("HOME", m_home->path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", m_home->filePath(QStringLiteral(".config")).toLocal8Bit());
-}
-
-void TestPrefsWindow::init()
-{
-    QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
-    QVERIFY(settings.fileName().startsWith(m_home->path()));
-    settings.clear();
-    settings.sync();
-    QDir(m_home->filePath(QStringLiteral("Library"))).removeRecursively();
-    m_platform = ScriptedPlatform();
-}
 
 void TestPrefsWindow::showsTheStoreAfterReadDefaults()
 {
@@ -84,7 +64,7 @@ void TestPrefsWindow::showsTheStoreAfterReadDefaults()
         settings.setValue(QStringLiteral("LedgerwickTermOrders"), QStringLiteral("Jobs"));
         settings.setValue(QStringLiteral("LedgerwickStatuses"), QStringLiteral("New\nDone"));
     }
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     PrefsWindow window(&prefs);
     prefs.readDefaults();
 
@@ -103,7 +83,7 @@ void TestPrefsWindow::showsTheStoreAfterReadDefaults()
 
 void TestPrefsWindow::editsReachTheGettersCancelStoresNothing()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
     PrefsWindow window(&prefs);
     window.show();
@@ -133,7 +113,7 @@ void TestPrefsWindow::editsReachTheGettersCancelStoresNothing()
 
 void TestPrefsWindow::okStoresWhatWasTyped()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
     PrefsWindow window(&prefs);
     window.show();
@@ -154,17 +134,17 @@ void TestPrefsWindow::okStoresWhatWasTyped()
 
 void TestPrefsWindow::databaseButtonsFillTheLocation()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
     PrefsWindow window(&prefs);
     window.show();
     auto *location = child<QLineEdit>(&window, "dbLocationEdit");
 
-    m_platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/other.lwkdb"));
+    m_app->platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/other.lwkdb"));
     QTest::mouseClick(child<QPushButton>(&window, "chooseDbButton"), Qt::LeftButton);
     QCOMPARE(location->text(), QStringLiteral("/srv/shop/other.lwkdb"));
 
-    m_platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/fresh.lwkdb"));
+    m_app->platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/fresh.lwkdb"));
     QTest::mouseClick(child<QPushButton>(&window, "createDbButton"), Qt::LeftButton);
     QCOMPARE(location->text(), QStringLiteral("/srv/shop/fresh.lwkdb"));
 
@@ -178,7 +158,7 @@ void TestPrefsWindow::databaseButtonsFillTheLocation()
 
 void TestPrefsWindow::colourPopUpFollowsTheLists()
 {
-    PrefsController prefs(&m_platform);
+    PrefsController prefs(&m_app->platform);
     PrefsWindow window(&prefs);
     window.show();
     auto *combo = child<QComboBox>(&window, "colourStatusCombo");
@@ -202,7 +182,7 @@ void TestPrefsWindow::colourPopUpFollowsTheLists()
 
 void TestPrefsWindow::notepadEditsTheControllersDocument()
 {
-    auto prefs = std::make_unique<PrefsController>(&m_platform);
+    auto prefs = std::make_unique<PrefsController>(&m_app->platform);
     prefs->readDefaults();
     {
         NotepadWindow notepad(prefs.get());
@@ -220,7 +200,7 @@ void TestPrefsWindow::notepadEditsTheControllersDocument()
     QCOMPARE(prefs->notepad()->toPlainText(), QStringLiteral("Plain bold"));
 
     // A window showing the notepad lets go of it when the controller goes first.
-    auto owner = std::make_unique<PrefsController>(&m_platform);
+    auto owner = std::make_unique<PrefsController>(&m_app->platform);
     NotepadWindow orphan(owner.get());
     owner.reset();
     QVERIFY(orphan.editor()->document() != nullptr);

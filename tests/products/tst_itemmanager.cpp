@@ -112,18 +112,12 @@ void tst_ItemManager::createGivesPrefixIdAndStockWarning()
 
 void tst_ItemManager::finishCopiesTheControlsButNotTheStatus()
 {
+    // The text fields are checked control by control in the editor's test,
+    // the commit cycle in the managers' contract; here the boxes and pop-ups.
     m_items->create(nullptr);
     ItemEditorState &s = m_items->editorState();
     s.code = u"W-1"_s;
-    s.description = u"Blue\nwidget"_s;
-    s.name = u"Widget"_s;
-    s.price = u"12.00"_s;
     s.qty = u"3"_s;
-    s.optimumQty = u"10"_s;
-    s.bought = u"4.50"_s;
-    s.shipping = u"1.20"_s;
-    s.variation = u"Large"_s;
-    s.warnLevel = u"1"_s;
     s.decreaseQty = true;
     s.condition.selectTitle(u"Used"_s);
     s.taxCode.selectTitle(u"Z"_s);
@@ -132,39 +126,23 @@ void tst_ItemManager::finishCopiesTheControlsButNotTheStatus()
     s.exportSitemoss = true;
     s.hideButtonCode = false;
     s.websiteFolder = site();
-    s.buttonCode = u"<form>buy</form>"_s;
     s.quantityMethod.selectTitle(u"Show quantity"_s);
-    QSignalSpy hidden(m_items, &ItemManager::editorHidden);
 
     m_items->finish(nullptr);
 
-    QCOMPARE(hidden.count(), 1);
-    QVERIFY(!m_items->isEditorShown());
-    QVERIFY(!m_items->isCreating());
-    QCOMPARE(m_items->getCount(), 1);
     const Item *item = m_items->currentItem();
-    QCOMPARE(m_items->getnthItem(0), item);
-    QCOMPARE(item->getID(), 1);
-    const QStringList names{u"code"_s,          u"description"_s, u"item"_s,           u"price"_s,
-                            u"qty"_s,           u"optimumqty"_s,  u"bought"_s,         u"shipping"_s,
-                            u"variation"_s,     u"warnlevel"_s,   u"decreaseqty"_s,    u"condition"_s,
-                            u"taxcode"_s,       u"supplier"_s,    u"exportsitemoss"_s, u"hidebuttoncode"_s,
-                            u"websitefolder"_s, u"buttoncode"_s,  u"status"_s};
+    const QStringList names{u"decreaseqty"_s, u"condition"_s,      u"taxcode"_s, u"supplier"_s,
+                            u"exportsitemoss"_s, u"hidebuttoncode"_s, u"status"_s};
     QStringList values;
     for (const QString &name : names)
         values << item->getFieldByName(name);
-    QCOMPARE(values, (QStringList{u"W-1"_s, u"Blue\nwidget"_s, u"Widget"_s, u"12.00"_s, u"3"_s, u"10"_s, u"4.50"_s,
-                                  u"1.20"_s, u"Large"_s, u"1"_s, u"YES"_s, u"Used"_s, u"Z"_s, u"5"_s, u"YES"_s, u"NO"_s,
-                                  site(), u"<form>buy</form>"_s, u""_s}));
+    QCOMPARE(values, (QStringList{u"YES"_s, u"Used"_s, u"Z"_s, u"5"_s, u"YES"_s, u"NO"_s, u""_s}));
     QCOMPARE(item->getQuantityMethod(), u"Show quantity"_s);
 
-    // The website object is written and the items are saved.
+    // The website object is written.
     QFile object(site() + u"/objects/LwkItemW-1"_s);
     QVERIFY(object.open(QIODevice::ReadOnly));
     QVERIFY(object.readAll().contains("Quantity:3"));
-    QFile saved(itemsFile());
-    QVERIFY(saved.open(QIODevice::ReadOnly));
-    QVERIFY(saved.readAll().contains("Blue"));
 }
 
 void tst_ItemManager::finishKeepsFieldsWhosePopUpShowsNothing()
@@ -258,8 +236,6 @@ void tst_ItemManager::editLoadsTheSelectedItem()
     m_items->edit(nullptr);
     const ItemEditorState &s = m_items->editorState();
     QCOMPARE(s.code, u"P2"_s);
-    QCOMPARE(s.name, u"Gadget"_s);
-    QCOMPARE(s.qty, u"7"_s);
     QCOMPARE(s.supplierName, u"Acme Supplies"_s);
     QCOMPARE(s.condition.selectedTitle(), u"Used"_s);
     QCOMPARE(s.status.selectedTitle(), u"Sold to trade"_s); // shown although the list lacked it

@@ -96,9 +96,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void nthCompanyAndSupplier_data();
-    void nthCompanyAndSupplier();
-    void lookupsByIdAndName();
     void supplierListAnswersFromTheContacts();
 
     void emptySourceAlertsAndOpensNothing();
@@ -148,39 +145,6 @@ void tst_Picker::open()
 {
     m_picker->beginfor([this](dataObject *record) { m_picked << record; }, m_suppliers.get(), u"name"_s, u"add1"_s,
                        u"Supplier"_s);
-}
-
-void tst_Picker::nthCompanyAndSupplier_data()
-{
-    QTest::addColumn<bool>("supplier");
-    QTest::addColumn<int>("n");
-    QTest::addColumn<QString>("expected");
-
-    QTest::addRow("a company contact can be a supplier") << true << 1 << u"Bob Ray"_s;
-    QTest::addRow("last supplier") << true << 3 << u"Eve Hart"_s;
-    QTest::addRow("past the suppliers") << true << 4 << u"(none)"_s;
-    QTest::addRow("negative") << true << -1 << u"(none)"_s;
-    QTest::addRow("any top-level kind is a company") << false << 0 << u"Ann Lee"_s;
-    QTest::addRow("company contacts are skipped") << false << 2 << u"Cid Moss"_s;
-}
-
-void tst_Picker::nthCompanyAndSupplier()
-{
-    QFETCH(bool, supplier);
-    QFETCH(int, n);
-    QFETCH(QString, expected);
-    QCOMPARE(nameOf(supplier ? m_contacts->getnthSupplier(n) : m_contacts->getnthCompany(n)), expected);
-    QCOMPARE(m_contacts->countSuppliers(), 4);
-    QCOMPARE(m_contacts->countCompanies(), 4);
-}
-
-void tst_Picker::lookupsByIdAndName()
-{
-    QCOMPARE(nameOf(m_contacts->getContactbyId(u"12abc"_s)), u"Eve Hart"_s);
-    QCOMPARE(nameOf(m_contacts->getContactbyId(u"7"_s)), u"(none)"_s);
-    m_contacts->add(contact(20, u"Cid Moss"_s, u"Individual"_s, u"Other"_s));
-    QCOMPARE(m_contacts->getContactbyName(u"Cid Moss"_s)->getID(), 4); // the first of two
-    QCOMPARE(nameOf(m_contacts->getContactbyName(u"cid moss"_s)), u"(none)"_s);
 }
 
 void tst_Picker::supplierListAnswersFromTheContacts()

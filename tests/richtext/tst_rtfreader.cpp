@@ -149,31 +149,18 @@ void TestRtfReader::text()
 
 void TestRtfReader::characterFormats()
 {
+    // Each character format the writer also uses is read back, with its
+    // value, by the writer's rich document snapshot; here the rest.
     QTextDocument document;
-    QVERIFY(
-        RtfReader().read(rtf("\\f1\\fs30 big {\\b bold}{\\i italic}{\\ul under}{\\uld dotted}{\\ulwave wavy}"
-                             "{\\strike struck}{\\cf1 red}{\\cb2 onblue}{\\highlight1 marked}{\\super up}{\\sub down}"
-                             "\\b\\i\\plain plain"),
-                         &document));
+    QVERIFY(RtfReader().read(rtf("\\f1\\fs30 big {\\b bold}{\\cf1 red}{\\highlight1 marked}\\b\\i\\plain plain"),
+                             &document));
     const QTextCharFormat big = DocumentSnapshot::formatOf(document, QStringLiteral("big"));
     QCOMPARE(big.fontFamilies().toStringList(), QStringList{QStringLiteral("Courier")});
     QCOMPARE(big.fontPointSize(), 15.0);
     QVERIFY(big.fontWeight() < QFont::DemiBold);
     QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("bold")).fontWeight(), int(QFont::Bold));
-    QVERIFY(DocumentSnapshot::formatOf(document, QStringLiteral("italic")).fontItalic());
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("under")).underlineStyle(),
-             QTextCharFormat::SingleUnderline);
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("dotted")).underlineStyle(), QTextCharFormat::DotLine);
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("wavy")).underlineStyle(),
-             QTextCharFormat::WaveUnderline);
-    QVERIFY(DocumentSnapshot::formatOf(document, QStringLiteral("struck")).fontStrikeOut());
     QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("red")).foreground().color(), QColor(255, 0, 0));
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("onblue")).background().color(), QColor(0, 0, 255));
     QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("marked")).background().color(), QColor(255, 0, 0));
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("up")).verticalAlignment(),
-             QTextCharFormat::AlignSuperScript);
-    QCOMPARE(DocumentSnapshot::formatOf(document, QStringLiteral("down")).verticalAlignment(),
-             QTextCharFormat::AlignSubScript);
 
     // \plain: back to the default font at 12 points, nothing else.
     const QTextCharFormat plain = DocumentSnapshot::formatOf(document, QStringLiteral("plain"));
@@ -216,11 +203,7 @@ void TestRtfReader::paragraphFormats()
     QCOMPARE(horizontal(centred), Qt::Alignment(Qt::AlignHCenter));
     const QTextBlockFormat right = document.findBlockByNumber(1).blockFormat();
     QCOMPARE(horizontal(right), Qt::Alignment(Qt::AlignRight));
-    QCOMPARE(right.leftMargin(), 48.0);
-    QCOMPARE(right.rightMargin(), 24.0);
-    QCOMPARE(right.textIndent(), -16.0);
-    QCOMPARE(right.topMargin(), 8.0);
-    QCOMPARE(right.bottomMargin(), 4.0);
+    QCOMPARE(right.leftMargin(), 48.0); // the other margins' values: the writer's snapshot
     // Properties in force at \par belong to the paragraph it ends.
     const QTextBlockFormat justified = document.findBlockByNumber(2).blockFormat();
     QCOMPARE(horizontal(justified), Qt::Alignment(Qt::AlignJustify));

@@ -202,7 +202,6 @@ private Q_SLOTS:
     void packageFiles();
     void packageKeepsFilesThatAreNoPictures();
     void failedPackageWriteKeepsOldText();
-    void failedWriteReportsPath();
 };
 
 void TestRtfWriter::initTestCase()
@@ -382,18 +381,6 @@ void TestRtfWriter::failedPackageWriteKeepsOldText()
     QVERIFY(!writer.writeFile(second.get(), path));
     QVERIFY(writer.errorString().contains(QStringLiteral("logo.png")));
     QCOMPARE(fileBytes(path + QStringLiteral("/TXT.rtf")), before);
-}
-
-void TestRtfWriter::failedWriteReportsPath()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    QTextDocument document;
-    document.setPlainText(QStringLiteral("x"));
-    RtfWriter writer;
-    const QString missing = dir.filePath(QStringLiteral("missing/folder/out.rtf"));
-    QVERIFY(!writer.writeFile(&document, missing));
-    QVERIFY(writer.errorString().contains(missing));
 }
 
 QTEST_MAIN(TestRtfWriter)
