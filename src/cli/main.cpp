@@ -35,6 +35,9 @@ const Command kCommands[] = {
      "report NAME (--csv|--html) [--contact ID] [--output FILE] [--db BUNDLE]\n"
      "         run a report and write what the reports tab's export writes; report --list names the reports",
      reportCommand},
+    {"invoice", "invoice ORDER_ID [--template NAME] --output FILE [--db BUNDLE]\n"
+                "         fill an invoice template for an order and write it as .pdf, .rtf, .rtfd, .html or .txt",
+     invoiceCommand},
 };
 
 void printHelp(FILE *out)
