@@ -28,9 +28,6 @@ void TestInvoiceCli::init()
 {
     m_home = new QTemporaryDir;
     QVERIFY(m_home->isValid());
-    QVERIFY(QDir().mkpath(home(u"runtime"_s)));
-    QVERIFY(QFile::setPermissions(home(u"runtime"_s),
-                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
     QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), home(u"shop.lwkdb"_s)));
 }
 
@@ -48,7 +45,6 @@ void TestInvoiceCli::writesEachFormat_data()
     QTest::addRow("pdf") << u"out.pdf"_s << u""_s << QByteArray("%PDF") << QByteArray();
     QTest::addRow("text") << u"out.txt"_s << u""_s << QByteArray() << QByteArray("Brass hinge");
     QTest::addRow("html") << u"out.html"_s << u"Invoice with tax"_s << QByteArray("<!DOCTYPE") << QByteArray("20.00");
-    QTest::addRow("rtf") << u"out.rtf"_s << u"Reminder"_s << QByteArray("{\\rtf1") << QByteArray("ORD5");
     QTest::addRow("rtfd") << u"out.rtfd/TXT.rtf"_s << u""_s << QByteArray("{\\rtf1") << QByteArray("Labour");
     // A template of the user's own, in the stationery folder.
     QTest::addRow("own template") << u"out.txt"_s << u"Mine"_s << QByteArray("Order ORD5 for Kitchen refit")
@@ -69,8 +65,7 @@ void TestInvoiceCli::writesEachFormat()
     if (!templateName.isEmpty())
         args << u"--template"_s << templateName;
     const CliRun run = cli(args);
-    QCOMPARE(run.err, QString());
-    QCOMPARE(run.status, 0);
+    QVERIFY2(run.status == 0, qPrintable(run.err));
     const QByteArray bytes = fileBytes(home(file));
     QVERIFY2(bytes.startsWith(starts), bytes.left(40).constData());
     QVERIFY(bytes.contains(holds));
@@ -82,7 +77,6 @@ void TestInvoiceCli::refusesUnknownOrderOrTemplate_data()
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QString>("message");
     QTest::addRow("unknown order") << QStringList{u"42"_s} << u"there is no order with the id 42"_s;
-    QTest::addRow("line of a missing order") << QStringList{u"99"_s} << u"there is no order with the id 99"_s;
     QTest::addRow("unknown template") << QStringList{u"5"_s, u"--template"_s, u"Quote"_s}
                                       << u"there is no template called \"Quote\""_s;
 }
