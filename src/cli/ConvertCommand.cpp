@@ -78,6 +78,8 @@ QImage resourceImage(const QTextDocument &document, const QString &name)
     return QImage::fromData(resource.toByteArray());
 }
 
+} // namespace
+
 // HTML written on its own: pictures go inside it as data URLs.
 QString selfContainedHtml(const QTextDocument &document)
 {
@@ -111,8 +113,6 @@ QString selfContainedHtml(const QTextDocument &document)
     }
     return copy->toHtml();
 }
-
-} // namespace
 
 int convertCommand(const QStringList &args)
 {

@@ -41,6 +41,9 @@ const Command kCommands[] = {
      "         run a report and write what the reports tab's export writes; report --list names the reports",
      reportCommand},
     {"repeats", "repeats [--db BUNDLE]      copy the repeating orders that have fallen due, then save", repeatsCommand},
+    {"invoice", "invoice ORDER_ID [--template NAME] --output FILE [--db BUNDLE]\n"
+                "         fill an invoice template for an order and write it as .pdf, .rtf, .rtfd, .html or .txt",
+     invoiceCommand},
 };
 
 void printHelp(FILE *out)
