@@ -109,6 +109,7 @@ void TestInvoices::fillsPlaceholders()
 
     CustomInvoiceController invoice;
     invoice.setWhichStationary(u"Plain"_s);
+    app.ledgerwick->setCurrentOrder(7); // the lines table shows the order in the editor
     invoice.setbomDataSource(app.ledgerwick->getBOMManager(), {{u"item"_s, u"Item"_s, 100}});
     invoice.setOrder(&order, withCustomer ? contact.get() : nullptr);
     QVERIFY(invoice.fill());
@@ -280,6 +281,7 @@ void TestInvoices::defaultsFillOnePage()
     const auto contact = customer(app);
     CustomInvoiceController invoice;
     invoice.setWhichStationary(name);
+    app.ledgerwick->setCurrentOrder(3);
     invoice.setbomDataSource(app.ledgerwick->getBOMManager(), CustomInvoiceController::defaultLineColumns());
     invoice.setOrder(&order, contact.get());
     QVERIFY(invoice.fill());
