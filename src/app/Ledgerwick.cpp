@@ -3,6 +3,7 @@
 #include "accounts/Action.h"
 #include "accounts/Bill.h"
 #include "app/BundleBackups.h"
+#include "invoices/Stationery.h"
 #include "app/DefaultColumns.h"
 #include "contacts/Contact.h"
 #include "contacts/ContactManager.h"
@@ -155,6 +156,9 @@ void Ledgerwick::startUp()
     m_prefs->readDefaults(this);
     m_dateFormatter = std::make_unique<lwDateFormatter>(this);
     m_reports->populateFilter();
+    // The invoice templates: missing defaults copied, the user's own never touched.
+    if (QString error; !Stationery::installStationary(&error))
+        lwLog(QStringLiteral("stationery not installed: ") + error);
     readDatabase();
     lwLog(QStringLiteral("Finished reading database"));
     // Lists and invoices print from the page's top left corner.

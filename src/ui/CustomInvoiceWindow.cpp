@@ -47,6 +47,9 @@ void CustomInvoiceWindow::setOrder(const Order *order, const Contact *contact)
     m_address = contact ? contact->getEmail() : QString();
     m_orderNumber = order ? order->getOrderNum() : QString();
     m_controller.fill();
+    // The filled document is the window's own: it keeps no pointer to records
+    // that may be deleted while it stays open.
+    m_controller.setOrder(nullptr, nullptr);
     setWindowTitle(m_controller.windowTitle());
     if (const QScreen *screen = QGuiApplication::primaryScreen()) {
         QRect frame = geometry();

@@ -7,6 +7,7 @@
 #include "core/RecordTable.h"
 #include "products/ItemManager.h"
 #include "contacts/ContactManager.h"
+#include "invoices/Stationery.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
 #include "ui/HelpWindow.h"
@@ -333,6 +334,8 @@ void MainWindow::buildFileMenu()
     file->addAction(lwTr("Export to &HTML…"), this, &MainWindow::exportHTMLMenuItem);
     file->addSeparator();
     file->addAction(lwTr("Restore from &Backup…"), this, &MainWindow::restoreFromBackup);
+    file->addAction(lwTr("Edit Invoice &Templates…"), this,
+                    [this] { Stationery::editInvoiceTemplate(m_ledgerwick->platform()); });
     QAction *print = file->addAction(lwTr("&Print…"), this, &MainWindow::printMenuItem);
     print->setShortcut(QKeySequence::Print);
     file->addSeparator();

@@ -1,5 +1,8 @@
 #include "ui/OrderEditor.h"
 
+#include "invoices/Stationery.h"
+#include "ui/CustomInvoiceWindow.h"
+
 #include "core/Platform.h"
 #include "core/lwController.h"
 #include "core/lwKeyResponder.h"
@@ -198,9 +201,17 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     QPushButton *ok = button(QStringLiteral("okButton"), lwTr("OK"));
     QPushButton *cancel = button(QStringLiteral("cancelButton"), lwTr("Cancel"));
     QPushButton *duplicate = button(QStringLiteral("duplicateButton"), lwTr("Duplicate"));
+    QPushButton *print = button(QStringLiteral("printInvoiceButton"), lwTr("Print…"));
+    m_stationery = new QComboBox(this);
+    m_stationery->setObjectName(QStringLiteral("stationeryPopUp"));
+    m_stationery->setToolTip(lwTr("The invoice template to print"));
     ok->setDefault(true);
     auto *bottom = new QHBoxLayout;
+    bottom->addWidget(makeHelpButton());
     bottom->addWidget(duplicate);
+    bottom->addSpacing(12);
+    bottom->addWidget(m_stationery);
+    bottom->addWidget(print);
     bottom->addStretch();
     bottom->addWidget(cancel);
     bottom->addWidget(ok);
@@ -240,12 +251,27 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     connectAction(calculateBalance, m_manager, &OrderManager::calculateBalance);
     connectAction(attach, m_manager, &OrderManager::attach);
     connectAction(m_viewAttachments, m_manager, &OrderManager::viewAttachments);
+    connect(print, &QPushButton::clicked, this, &OrderEditor::printInvoice);
 
     refresh();
     resize(qMax(sizeHint().width(), 980), qMax(sizeHint().height(), 820));
 }
 
 OrderEditor::~OrderEditor() = default;
+
+void OrderEditor::printInvoice()
+{
+    writeBack(); // the controls into the editor's state, then into the order
+    m_manager->commitEditor();
+    const Order *order = m_manager->currentItem();
+    lwController *controller = m_manager->ledgerwick();
+    if (!order || !controller)
+        return;
+    auto *invoice = new CustomInvoiceWindow(controller->platform(), this);
+    invoice->controller().setWhichStationary(m_stationery->currentText());
+    invoice->controller().setbomDataSource(m_bom, m_bom->columns());
+    invoice->setOrder(order, controller->getContactbyId(QString::number(order->getContactId())));
+}
 
 QPushButton *OrderEditor::button(const QString &name, const QString &text)
 {
@@ -266,6 +292,11 @@ QLineEdit *OrderEditor::shownOnly(QString &field)
 
 void OrderEditor::refreshExtras()
 {
+    const QString chosen = m_stationery->currentText();
+    m_stationery->clear();
+    m_stationery->addItems(Stationery::titles());
+    if (const int kept = m_stationery->findText(chosen); kept >= 0)
+        m_stationery->setCurrentIndex(kept);
     const OrderEditorState &s = m_manager->editorState();
     for (QWidget *w : {static_cast<QWidget *>(m_taxLabel), static_cast<QWidget *>(m_taxAmount),
                        static_cast<QWidget *>(m_netLabel), static_cast<QWidget *>(m_net),

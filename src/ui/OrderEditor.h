@@ -5,6 +5,7 @@
 class BOMManager;
 class MyImageView;
 class OrderManager;
+class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -22,6 +23,11 @@ public:
 
     OrderManager *manager() const { return m_manager; }
     QTableView *linesTable() const { return m_lines; }
+    QComboBox *stationeryPopUp() const { return m_stationery; }
+
+    // Commits the editor without closing it, then fills the chosen template
+    // for the order in a window of its own.
+    void printInvoice();
 
 Q_SIGNALS:
     // The window became the active one: the checkout lets go of its order.
@@ -50,4 +56,5 @@ private:
     QLineEdit *m_net = nullptr;
     QLabel *m_repeatNote = nullptr;
     QLabel *m_attachmentNote = nullptr;
+    QComboBox *m_stationery = nullptr;
 };

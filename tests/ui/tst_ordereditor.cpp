@@ -1,8 +1,10 @@
 // The order editor's wiring: controls reach their state fields, buttons their
 // actions, a dropped file the attachments. The rules are tested on the manager.
+#include "invoices/Stationery.h"
 #include "orders/BOMManager.h"
 #include "orders/OrderManager.h"
 #include "support/AppFixture.h"
+#include "ui/CustomInvoiceWindow.h"
 #include "ui/MyImageView.h"
 #include "ui/OrderEditor.h"
 
@@ -13,8 +15,10 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
+#include <QComboBox>
 #include <QTableView>
 #include <QTest>
+#include <QTextEdit>
 #include <QUrl>
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,6 +36,7 @@ void tst_OrderEditor::takingAnOrder()
 {
     AppFixture app;
     OrderManager *orders = app.ledgerwick->getOrderManager();
+    QVERIFY(Stationery::installStationary());
     OrderEditor editor(orders, app.ledgerwick->getBOMManager());
     auto press = [&](const char *name) {
         QTest::mouseClick(editor.findChild<QPushButton *>(QLatin1String(name)), Qt::LeftButton);
@@ -63,6 +68,16 @@ void tst_OrderEditor::takingAnOrder()
     QCOMPARE(well->property("well").toString(), u"singlefilewell"_s);
 
     editor.findChild<QLineEdit *>(u"titleEdit"_s)->setText(u"Fence"_s);
+    // Print commits the edit, keeps the editor open and fills the chosen template.
+    editor.stationeryPopUp()->setCurrentText(u"Reminder"_s);
+    press("printInvoiceButton");
+    QVERIFY(editor.isVisible());
+    QCOMPARE(orders->currentItem()->getTitle(), u"Fence"_s);
+    auto *invoice = editor.findChild<CustomInvoiceWindow *>();
+    QVERIFY(invoice);
+    QVERIFY2(invoice->windowTitle().startsWith(u"Reminder"_s), qPrintable(invoice->windowTitle()));
+    QVERIFY(invoice->invoiceTextView()->toPlainText().contains(u"ORD1"_s));
+    invoice->close();
     press("okButton");
     QVERIFY(!editor.isVisible());
     QCOMPARE(orders->getCount(), 1);
