@@ -10,6 +10,8 @@
 #include "core/CliPlatform.h"
 
 #include <QCoreApplication>
+#include "BenchTiming.h"
+
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 
@@ -17,23 +19,6 @@
 #include <cstdio>
 #include <functional>
 #include <vector>
-
-namespace {
-
-double medianSeconds(int runs, const std::function<void()> &work)
-{
-    std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        times.push_back(double(timer.nsecsElapsed()) / 1e9);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {

@@ -14,6 +14,8 @@
 #include "reports/ReportManager.h"
 
 #include <QCoreApplication>
+#include "BenchTiming.h"
+
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 #include <QRandomGenerator>
@@ -26,18 +28,6 @@
 
 namespace {
 
-double medianSeconds(int runs, const std::function<void()> &work)
-{
-    std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        times.push_back(double(timer.nsecsElapsed()) / 1e9);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
 
 void makeRecords(Ledgerwick &ledgerwick)
 {
