@@ -167,7 +167,6 @@ void tst_AccountManagers::completeBoxFlipsAtOnce()
 
 void tst_AccountManagers::alarmGoesOffOnceUntilRearmed()
 {
-    LogCapture log;
     m_actions->startAlarmChecker();
     QVERIFY(m_actions->alarmTimer().isActive());
     QCOMPARE(m_actions->alarmTimer().interval(), ActionManager::kFirstAlarmRoundMs);
@@ -192,7 +191,6 @@ void tst_AccountManagers::alarmGoesOffOnceUntilRearmed()
     round(at(1, 2, 2009, 10, 1));
     QCOMPARE(seen, QStringList{u"Alarm | Ring the bank | OK"_s});
     QVERIFY(due->isAlarmAcknowledged());
-    QVERIFY(log.lines().contains(u"acknowledged"_s));
     round(at(3, 2, 2009, 0, 0)); // the first once only; the second falls due
     QCOMPARE(seen, QStringList{u"Alarm | Post parcels | OK"_s});
     QVERIFY(!QFile::exists(m_app->bundleFile(u"actions.xml"_s))); // acknowledging saves nothing

@@ -12,7 +12,6 @@ class TestInvoiceCli : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void init();
-    void cleanup();
     void writesEachFormat_data();
     void writesEachFormat();
     void refusesUnknownOrderOrTemplate_data();
@@ -21,19 +20,14 @@ private Q_SLOTS:
 private:
     CliRun cli(const QStringList &args) { return runCli(QStringLiteral(LW_CLI), args, m_home->path()); }
     QString home(const QString &name) const { return m_home->filePath(name); }
-    QTemporaryDir *m_home = nullptr;
+    std::unique_ptr<QTemporaryDir> m_home;
 };
 
 void TestInvoiceCli::init()
 {
-    m_home = new QTemporaryDir;
+    m_home = std::make_unique<QTemporaryDir>();
     QVERIFY(m_home->isValid());
     QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), home(u"shop.lwkdb"_s)));
-}
-
-void TestInvoiceCli::cleanup()
-{
-    delete m_home;
 }
 
 void TestInvoiceCli::writesEachFormat_data()

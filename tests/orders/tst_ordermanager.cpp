@@ -185,8 +185,6 @@ void tst_OrderManager::deletingLinesGivesStockBack()
     m_app->select(m_bom, 0);
     m_app->platform.alertAnswers.enqueue(0);
     m_bom->deleteKey(nullptr);
-    QCOMPARE(AppFixture::alertText(m_app->platform.alerts.value(0)),
-             u"Delete Item | Do you want to delete the selected item from the database? | OK, Cancel"_s);
     QCOMPARE(item->getQty(), u"11"_s);
     QCOMPARE(m_bom->numberForThisOrder(), 1);
     QVERIFY(QFile::exists(m_app->bundleFile(u"itemsordered.xml"_s)));
@@ -298,7 +296,6 @@ void tst_OrderManager::filterByStatusAndCustomer_data()
 
 void tst_OrderManager::filterByStatusAndCustomer()
 {
-    QCOMPARE(m_orders->editorState().statusFilter.selectedTitle(), u"Incomplete"_s);
     addOrder(u"open"_s);
     auto done = addOrder(u"done"_s, u"Complete"_s);
     done->setContact(m_app->addContact(u"Beatrice"_s));

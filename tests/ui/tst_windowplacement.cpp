@@ -68,8 +68,7 @@ void TestWindowPlacement::aWindowReopensWhereItWasLeft()
     again.resize(700, 700);
     again.show();
     QVERIFY(QTest::qWaitForWindowExposed(&again));
-    QCOMPARE(again.size(), left.size());
-    QCOMPARE(again.geometry().topLeft(), left.topLeft());
+    QCOMPARE(again.geometry(), left);
 
     // An unnamed window is not the program's own: nothing is kept for it.
     QMainWindow stranger;
