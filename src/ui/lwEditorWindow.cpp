@@ -6,11 +6,11 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QIcon>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
-#include <QStyle>
 
 lwEditorWindow::lwEditorWindow(lwEditorManagerBase *manager, QWidget *parent) : QDialog(parent), m_manager(manager)
 {
@@ -26,7 +26,7 @@ lwEditorWindow::lwEditorWindow(lwEditorManagerBase *manager, QWidget *parent) : 
 
 QPushButton *lwEditorWindow::makeHelpButton()
 {
-    auto *button = new QPushButton(style()->standardIcon(QStyle::SP_DialogHelpButton), lwTr("Help"), this);
+    auto *button = new QPushButton(QIcon(QStringLiteral(":/icons/help.svg")), lwTr("Help"), this);
     button->setObjectName(QStringLiteral("helpButton"));
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, &lwEditorWindow::helpRequested);
