@@ -385,7 +385,7 @@ DatabaseStore::Loaded readKind(DatabaseStore::Kind kind, const QString *path, co
 
 const std::array<DatabaseStore::FileSpec, 6> &DatabaseStore::files()
 {
-    static const std::array<FileSpec, 6> specs{{
+    static const std::array<FileSpec, 6> records{{
         {Kind::Contacts, "contacts.xml", "contacts", "contacts"},
         {Kind::Orders, "orders.xml", "orders", "orders"},
         {Kind::Items, "items.xml", "products", "items"},
@@ -393,7 +393,7 @@ const std::array<DatabaseStore::FileSpec, 6> &DatabaseStore::files()
         {Kind::Bills, "bills.xml", "bills", "bills"},
         {Kind::Actions, "actions.xml", "actions", "actions"},
     }};
-    return specs;
+    return records;
 }
 
 const DatabaseStore::FileSpec &DatabaseStore::fileOf(Kind kind)

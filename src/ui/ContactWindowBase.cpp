@@ -19,14 +19,14 @@
 
 namespace {
 
-struct FieldSpec
+struct FieldRow
 {
     ContactWindowBase::Field field;
     const char *label;
     const char *objectName;
 };
 
-const FieldSpec kFields[] = {
+const FieldRow kFields[] = {
     {ContactWindowBase::Field::Title, "&Title:", "titleCombo"},
     {ContactWindowBase::Field::Name, "&Name:", "nameEdit"},
     {ContactWindowBase::Field::JobTitle, "&Job title:", "jobTitleEdit"},
@@ -61,11 +61,11 @@ ContactWindowBase::ContactWindowBase(lwEditorManagerBase *manager, ContactEditor
     outer->addLayout(columns);
 
     // Who and where on the left, how to reach them on the right.
-    for (const FieldSpec &spec : kFields) {
-        if (!fields.contains(spec.field))
+    for (const FieldRow &row : kFields) {
+        if (!fields.contains(row.field))
             continue;
         QWidget *control = nullptr;
-        switch (spec.field) {
+        switch (row.field) {
         case Field::Title:
             control = new QComboBox(this);
             bind(static_cast<QComboBox *>(control), s.title);
@@ -91,14 +91,14 @@ ContactWindowBase::ContactWindowBase(lwEditorManagerBase *manager, ContactEditor
                                       &s.add2,   &s.add3,      &s.postcode, &s.phone, &s.extension,
                                       &s.mobile, &s.fax,       &s.email,    &s.website};
             auto *edit = new QLineEdit(this);
-            bind(edit, *texts[int(spec.field)]);
+            bind(edit, *texts[int(row.field)]);
             control = edit;
         }
         }
-        control->setObjectName(QLatin1String(spec.objectName));
-        const bool onLeft = spec.field <= Field::Postcode;
-        (onLeft ? left : right)->addRow(lwTr(spec.label), control);
-        m_fields.emplace(spec.field, control);
+        control->setObjectName(QLatin1String(row.objectName));
+        const bool onLeft = row.field <= Field::Postcode;
+        (onLeft ? left : right)->addRow(lwTr(row.label), control);
+        m_fields.emplace(row.field, control);
     }
     if (QWidget *first = field(Field::Name))
         setFirstField(first);

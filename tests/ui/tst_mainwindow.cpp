@@ -50,6 +50,18 @@ private Q_SLOTS:
     void statusBarCountsShownAndHiddenRecords();
 
 private:
+    // The items tab in front with one item, its list focused.
+    QAbstractItemView *showItemsWithOne()
+    {
+        m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
+        m_window->show();
+        if (!QTest::qWaitForWindowExposed(m_window))
+            return nullptr;
+        m_window->selectTab(QStringLiteral("3"));
+        QAbstractItemView *items = m_window->viewFor(m_items);
+        items->setFocus();
+        return items;
+    }
     std::unique_ptr<AppFixture> m_app;
     Ledgerwick *m_ledgerwick = nullptr;
     ScriptedPlatform *m_platform = nullptr;
@@ -148,12 +160,8 @@ void TestMainWindow::frontListFollowsTheTabs()
 
 void TestMainWindow::deleteAndEditGoToTheListWithFocus()
 {
-    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    m_window->selectTab(QStringLiteral("3"));
-    QAbstractItemView *items = m_window->viewFor(m_items);
-    items->setFocus();
+    QAbstractItemView *items = showItemsWithOne();
+    QVERIFY(items);
     QTRY_VERIFY(items->hasFocus());
     m_app->select(m_items, 0);
     m_platform->alertAnswers.enqueue(1);
@@ -310,12 +318,8 @@ void TestMainWindow::quitKeyWorksFromAnotherWindow()
 
 void TestMainWindow::enterOnARowOpensIt()
 {
-    m_app->addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    m_window->selectTab(QStringLiteral("3"));
-    QAbstractItemView *items = m_window->viewFor(m_items);
-    items->setFocus();
+    QAbstractItemView *items = showItemsWithOne();
+    QVERIFY(items);
     m_app->select(m_items, 0);
     QTest::keyClick(items, Qt::Key_Return);
     QVERIFY(m_items->isEditorShown());
