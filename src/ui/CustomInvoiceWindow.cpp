@@ -2,6 +2,7 @@
 
 #include "contacts/Contact.h"
 #include "core/Platform.h"
+#include "invoices/Invoice.h"
 #include "orders/Order.h"
 #include "richtext/RichTextTools.h"
 
@@ -44,13 +45,36 @@ CustomInvoiceWindow::~CustomInvoiceWindow() = default;
 void CustomInvoiceWindow::setOrder(const Order *order, const Contact *contact)
 {
     m_controller.setOrder(order, contact);
-    m_address = contact ? contact->getEmail() : QString();
-    m_orderNumber = order ? order->getOrderNum() : QString();
+    remember(order, contact);
     m_controller.fill();
     // The filled document is the window's own: it keeps no pointer to records
     // that may be deleted while it stays open.
     m_controller.setOrder(nullptr, nullptr);
     setWindowTitle(m_controller.windowTitle());
+    centreAndShow();
+}
+
+void CustomInvoiceWindow::setSimpleInvoice(const Order *order, const Contact *contact, const QString &currency,
+                                           const QString &linesHtml)
+{
+    Invoice form;
+    form.setDetailsForThisOrder(order, contact, currency);
+    form.composeInto(m_controller.invoiceTextView(),
+                     order && order->getIncludeBOM() ? linesHtml : QString());
+    remember(order, contact);
+    m_controller.setWhichStationary(lwTr("Invoice"));
+    setWindowTitle(m_controller.windowTitle());
+    centreAndShow();
+}
+
+void CustomInvoiceWindow::remember(const Order *order, const Contact *contact)
+{
+    m_address = contact ? contact->getEmail() : QString();
+    m_orderNumber = order ? order->getOrderNum() : QString();
+}
+
+void CustomInvoiceWindow::centreAndShow()
+{
     if (const QScreen *screen = QGuiApplication::primaryScreen()) {
         QRect frame = geometry();
         frame.moveCenter(screen->availableGeometry().center());

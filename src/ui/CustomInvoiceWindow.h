@@ -30,6 +30,11 @@ public:
     // Fills the invoice for the order and its customer (none: no address),
     // titles the window with the template's name, centres and shows it.
     void setOrder(const Order *order, const Contact *contact);
+    // The simple form instead of a template: the order's address and money
+    // between the user's header and footer, with the lines table when the
+    // order includes its lines. Titled "Invoice", centred and shown.
+    void setSimpleInvoice(const Order *order, const Contact *contact, const QString &currency,
+                          const QString &linesHtml);
 
     QTextEdit *invoiceTextView() const { return m_textView; }
     QAction *printAction() const { return m_print; }
@@ -44,6 +49,8 @@ public Q_SLOTS:
 
 private:
     QString documentTitle() const;
+    void remember(const Order *order, const Contact *contact);
+    void centreAndShow();
 
     CustomInvoiceController m_controller;
     InvoiceMailer m_mailer;

@@ -7,6 +7,7 @@
 #include "core/RecordTable.h"
 #include "products/ItemManager.h"
 #include "contacts/ContactManager.h"
+#include "invoices/Invoice.h"
 #include "invoices/Stationery.h"
 #include "prefs/Manual.h"
 #include "prefs/PrefsController.h"
@@ -336,6 +337,17 @@ void MainWindow::buildFileMenu()
     file->addAction(lwTr("Restore from &Backup…"), this, &MainWindow::restoreFromBackup);
     file->addAction(lwTr("Edit Invoice &Templates…"), this,
                     [this] { Stationery::editInvoiceTemplate(m_ledgerwick->platform()); });
+    // The simple invoice's header and footer open in the desktop's editor for rich text.
+    const auto editPart = [this](bool (*open)(Platform *), QString (*path)()) {
+        Platform *platform = m_ledgerwick->platform();
+        if (!open(platform) && platform)
+            platform->alert({lwTr("Cannot Open File"),
+                             lwTr("No program on this desktop opens %1.").arg(QDir::toNativeSeparators(path()))});
+    };
+    file->addAction(lwTr("Edit Invoice &Header…"), this,
+                    [editPart] { editPart(&Invoice::editInvoiceHeader, &Invoice::headerPath); });
+    file->addAction(lwTr("Edit Invoice &Footer…"), this,
+                    [editPart] { editPart(&Invoice::editInvoiceFooter, &Invoice::footerPath); });
     QAction *print = file->addAction(lwTr("&Print…"), this, &MainWindow::printMenuItem);
     print->setShortcut(QKeySequence::Print);
     file->addSeparator();

@@ -142,6 +142,7 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     auto *balance = new QLineEdit;
     value->setObjectName(QStringLiteral("valueEdit"));
     balance->setObjectName(QStringLiteral("balanceEdit"));
+    deposit->setObjectName(QStringLiteral("depositEdit"));
     m_taxLabel = new QLabel;
     m_netLabel = new QLabel(lwTr("Net:"));
     QPushButton *insertTotal = button(QStringLiteral("insertTotalButton"), lwTr("Total of lines"));
@@ -202,6 +203,8 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     QPushButton *cancel = button(QStringLiteral("cancelButton"), lwTr("Cancel"));
     QPushButton *duplicate = button(QStringLiteral("duplicateButton"), lwTr("Duplicate"));
     QPushButton *print = button(QStringLiteral("printInvoiceButton"), lwTr("Print…"));
+    QPushButton *simple = button(QStringLiteral("simpleInvoiceButton"), lwTr("Simple Invoice…"));
+    simple->setToolTip(lwTr("The order between your own invoice header and footer (File menu)"));
     m_stationery = new QComboBox(this);
     m_stationery->setObjectName(QStringLiteral("stationeryPopUp"));
     m_stationery->setToolTip(lwTr("The invoice template to print"));
@@ -212,6 +215,7 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     bottom->addSpacing(12);
     bottom->addWidget(m_stationery);
     bottom->addWidget(print);
+    bottom->addWidget(simple);
     bottom->addStretch();
     bottom->addWidget(cancel);
     bottom->addWidget(ok);
@@ -252,6 +256,7 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     connectAction(attach, m_manager, &OrderManager::attach);
     connectAction(m_viewAttachments, m_manager, &OrderManager::viewAttachments);
     connect(print, &QPushButton::clicked, this, &OrderEditor::printInvoice);
+    connect(simple, &QPushButton::clicked, this, &OrderEditor::printSimpleInvoice);
 
     refresh();
     resize(qMax(sizeHint().width(), 980), qMax(sizeHint().height(), 820));
@@ -259,18 +264,37 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
 
 OrderEditor::~OrderEditor() = default;
 
-void OrderEditor::printInvoice()
+CustomInvoiceWindow *OrderEditor::invoiceWindowForCommittedOrder()
 {
     writeBack(); // the controls into the editor's state, then into the order
     m_manager->commitEditor();
-    const Order *order = m_manager->currentItem();
     lwController *controller = m_manager->ledgerwick();
-    if (!order || !controller)
+    if (!m_manager->currentItem() || !controller)
+        return nullptr;
+    return new CustomInvoiceWindow(controller->platform(), this);
+}
+
+void OrderEditor::printInvoice()
+{
+    CustomInvoiceWindow *invoice = invoiceWindowForCommittedOrder();
+    if (!invoice)
         return;
-    auto *invoice = new CustomInvoiceWindow(controller->platform(), this);
+    const Order *order = m_manager->currentItem();
     invoice->controller().setWhichStationary(m_stationery->currentText());
     invoice->controller().setbomDataSource(m_bom, m_bom->columns());
-    invoice->setOrder(order, controller->getContactbyId(QString::number(order->getContactId())));
+    invoice->setOrder(order, m_manager->ledgerwick()->getContactbyId(QString::number(order->getContactId())));
+}
+
+void OrderEditor::printSimpleInvoice()
+{
+    CustomInvoiceWindow *invoice = invoiceWindowForCommittedOrder();
+    if (!invoice)
+        return;
+    const Order *order = m_manager->currentItem();
+    lwController *controller = m_manager->ledgerwick();
+    const PrefsController *prefs = controller->getPrefsController();
+    invoice->setSimpleInvoice(order, controller->getContactbyId(QString::number(order->getContactId())),
+                              prefs ? prefs->getCurrency() : QString(), m_bom->getDataAsHTMLusingTableView(m_bom->columns()));
 }
 
 QPushButton *OrderEditor::button(const QString &name, const QString &text)

@@ -3,6 +3,7 @@
 #include "ui/lwEditorWindow.h"
 
 class BOMManager;
+class CustomInvoiceWindow;
 class MyImageView;
 class OrderManager;
 class QComboBox;
@@ -28,6 +29,9 @@ public:
     // Commits the editor without closing it, then fills the chosen template
     // for the order in a window of its own.
     void printInvoice();
+    // The same commit, then the simple form: the user's own header and footer
+    // around the order's address, lines and money.
+    void printSimpleInvoice();
 
 Q_SIGNALS:
     // The window became the active one: the checkout lets go of its order.
@@ -41,6 +45,8 @@ protected:
 private:
     QPushButton *button(const QString &name, const QString &text);
     QLineEdit *shownOnly(QString &field);
+    // The editor committed; a new invoice window for its order, or none.
+    CustomInvoiceWindow *invoiceWindowForCommittedOrder();
 
     OrderManager *m_manager; // not owned
     BOMManager *m_bom;       // not owned

@@ -1,8 +1,10 @@
 // The order editor's wiring: controls reach their state fields, buttons their
 // actions, a dropped file the attachments. The rules are tested on the manager.
+#include "invoices/Invoice.h"
 #include "invoices/Stationery.h"
 #include "orders/BOMManager.h"
 #include "orders/OrderManager.h"
+#include "prefs/PrefsController.h"
 #include "support/AppFixture.h"
 #include "ui/CustomInvoiceWindow.h"
 #include "ui/MyImageView.h"
@@ -77,6 +79,18 @@ void tst_OrderEditor::takingAnOrder()
     QVERIFY2(invoice->windowTitle().startsWith(u"Reminder"_s), qPrintable(invoice->windowTitle()));
     QVERIFY(invoice->invoiceTextView()->toPlainText().contains(u"ORD1"_s));
     invoice->close();
+    // The simple form: the same commit, the user's header and footer around the money.
+    editor.findChild<QLineEdit *>(u"depositEdit"_s)->setText(u"5"_s);
+    press("simpleInvoiceButton");
+    QCOMPARE(orders->currentItem()->getDeposit(), u"5"_s);
+    auto *simple = editor.findChildren<CustomInvoiceWindow *>().constLast();
+    QVERIFY(simple != invoice);
+    QCOMPARE(simple->windowTitle(), u"Invoice"_s);
+    QVERIFY(QFile::exists(Invoice::headerPath()));
+    const QString currency = app.ledgerwick->getPrefsController()->getCurrency();
+    QVERIFY2(simple->invoiceTextView()->toPlainText().contains(u"Deposit: "_s + currency + u"5"_s),
+             qPrintable(simple->invoiceTextView()->toPlainText()));
+    simple->close();
     press("okButton");
     QVERIFY(!editor.isVisible());
     QCOMPARE(orders->getCount(), 1);
