@@ -1,5 +1,6 @@
 #include "ui/CheckoutWindow.h"
 
+#include "core/NumberText.h"
 #include "core/Platform.h"
 #include "core/lwController.h"
 #include "invoices/Stationery.h"
@@ -127,6 +128,7 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
     m_lines->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
                              QAbstractItemView::AnyKeyPressed);
     m_lines->horizontalHeader()->setSectionsMovable(false);
+    m_lines->setProperty("noRowsText", lwTr("No lines yet: F5 adds an item, F7 a line of your own."));
     for (int i = 0; i < m_bom->columns().size(); ++i)
         m_lines->setColumnWidth(i, m_bom->columns().at(i).width);
     m_bom->setCheckoutManager(m_manager, m_lines->selectionModel());
@@ -136,7 +138,7 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
         m_bom->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
     });
     m_pickMaterial = button("pickMaterialButton", lwTr("&Item…"), QKeySequence(Qt::Key_F5));
-    QPushButton *pickTime = button("pickTimeButton", lwTr("&Time…"), QKeySequence(Qt::Key_F6));
+    QPushButton *pickTime = button("pickTimeButton", lwTr("Ti&me…"), QKeySequence(Qt::Key_F6));
     QPushButton *adHoc = button("adHocButton", lwTr("&Ad-hoc Line"), QKeySequence(Qt::Key_F7));
     QPushButton *deleteLine = button("deleteLineButton", lwTr("&Delete Line"), QKeySequence(Qt::Key_F8));
     // In the table itself the delete keys take the selected line too.
@@ -159,31 +161,37 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
     QLineEdit *taxAmount = figure(money, 1.3, false);
     m_taxAmount = taxAmount;
     int row = 0;
-    auto addFigure = [&](QLabel *label, QLineEdit *edit, QString &field, const char *objectName) {
+    auto addFigure = [&](QLabel *label, QLineEdit *edit, const QString &field, bool amount, const char *objectName) {
         edit->setObjectName(QLatin1String(objectName));
         label->setFont(scaled(label->font(), 1.3, false));
         moneyGrid->addWidget(label, row, 0);
         moneyGrid->addWidget(edit, row, 1);
-        bind(edit, field);
+        m_figures.push_back({edit, &field, amount});
         ++row;
     };
-    addFigure(new QLabel(lwTr("Subtotal:"), money), figure(money, 1.3, false), s.value, "valueEdit");
-    addFigure(new QLabel(lwTr("Shipping:"), money), figure(money, 1.3, false), s.shipping, "shippingEdit");
-    addFigure(m_taxLabel, taxAmount, s.taxAmount, "taxEdit");
-    addFigure(new QLabel(lwTr("Value with tax:"), money), figure(money, 1.3, false), s.valueWithTax,
+    addFigure(new QLabel(lwTr("Subtotal:"), money), figure(money, 1.3, false), s.value, true, "valueEdit");
+    addFigure(new QLabel(lwTr("Shipping:"), money), figure(money, 1.3, false), s.shipping, true, "shippingEdit");
+    addFigure(m_taxLabel, taxAmount, s.taxAmount, true, "taxEdit");
+    addFigure(new QLabel(lwTr("Value with tax:"), money), figure(money, 1.3, false), s.valueWithTax, true,
               "valueWithTaxEdit");
-    addFigure(new QLabel(lwTr("Deposit:"), money), figure(money, 1.3, false), s.deposit, "depositEdit");
-    addFigure(new QLabel(lwTr("Deposit paid:"), money), figure(money, 1.3, false), s.depositPaid, "depositPaidEdit");
-    addFigure(new QLabel(lwTr("Balance paid:"), money), figure(money, 1.3, false), c.balancePaid,
+    addFigure(new QLabel(lwTr("Deposit:"), money), figure(money, 1.3, false), s.deposit, true, "depositEdit");
+    addFigure(new QLabel(lwTr("Deposit paid:"), money), figure(money, 1.3, false), s.depositPaid, false,
+              "depositPaidEdit");
+    addFigure(new QLabel(lwTr("Balance paid:"), money), figure(money, 1.3, false), c.balancePaid, false,
               "balancePaidEdit");
     auto *due = new QLabel(lwTr("Balance"), money);
     due->setFont(scaled(due->font(), 2.0, true));
     QLineEdit *balance = figure(money, 3.2, true);
     balance->setObjectName(QStringLiteral("balanceEdit"));
+    balance->setPlaceholderText(QStringLiteral("0.00"));
     balance->setMinimumWidth(balance->fontMetrics().horizontalAdvance(QStringLiteral("000000.00")));
-    bind(balance, s.balance);
+    m_figures.push_back({balance, &s.balance, true});
+    m_paidNote = new QLabel(money);
+    m_paidNote->setObjectName(QStringLiteral("paidNote"));
+    m_paidNote->setFont(scaled(m_paidNote->font(), 1.6, true));
     moneyGrid->addWidget(due, 0, 2, 1, 1, Qt::AlignRight | Qt::AlignBottom);
-    moneyGrid->addWidget(balance, 1, 2, row - 1, 1, Qt::AlignRight | Qt::AlignTop);
+    moneyGrid->addWidget(balance, 1, 2, 3, 1, Qt::AlignRight | Qt::AlignTop);
+    moneyGrid->addWidget(m_paidNote, 4, 2, row - 4, 1, Qt::AlignRight | Qt::AlignTop);
     moneyGrid->setColumnStretch(2, 1);
 
     // --- the window ------------------------------------------------------------------------------
@@ -262,9 +270,9 @@ void CheckoutWindow::buildTenderPanel()
     grid->addWidget(tendered, 1, 1);
     grid->addWidget(m_tenderInformative, 2, 0);
     grid->addWidget(balance, 2, 1);
-    bind(due, c.tenderDue);
     bind(tendered, c.tenderTendered);
-    bind(balance, c.tenderBalance);
+    m_figures.push_back({due, &c.tenderDue, true});
+    m_figures.push_back({balance, &c.tenderBalance, true});
 
     auto *full = new QPushButton(lwTr("&Full Amount"), m_tenderPanel);
     full->setObjectName(QStringLiteral("fullAmountButton"));
@@ -293,6 +301,7 @@ void CheckoutWindow::buildTenderPanel()
     connect(m_manager, &CheckoutManager::tenderPanelOpened, this, [this, tendered] {
         refresh();
         m_tenderPanel->adjustSize();
+        m_tenderPanel->move(frameGeometry().center() - m_tenderPanel->rect().center());
         m_tenderPanel->open();
         tendered->setFocus(Qt::OtherFocusReason);
     });
@@ -349,12 +358,23 @@ void CheckoutWindow::refreshExtras()
         if (const int kept = m_stationery->findText(chosen); kept >= 0)
             m_stationery->setCurrentIndex(kept);
     }
+    // The figures are shown, never typed, so the sale keeps its amounts as
+    // calculated; on screen they read as money.
+    for (const Figure &f : m_figures)
+        f.edit->setText(f.amount && !f.field->isEmpty() ? NumberText::twoDecimals(NumberText::floatValue(*f.field))
+                                                        : *f.field);
     const OrderEditorState &s = m_manager->editorState();
     m_taxLabel->setText(s.taxShown ? s.taxLabel : lwTr("Tax:"));
     m_taxLabel->setVisible(s.taxShown);
     m_taxAmount->setVisible(s.taxShown);
     m_editContact->setEnabled(s.editContactEnabled);
-    m_tenderInformative->setText(m_manager->checkoutState().tenderInformativeText);
+    const CheckoutState &c = m_manager->checkoutState();
+    m_tenderInformative->setText(c.tenderInformativeText);
+    // Once tendered, what was handed over stays in sight until the next sale.
+    m_paidNote->setText(c.tendered ? QStringLiteral("%1 %2").arg(c.tenderInformativeText,
+                                                                  NumberText::twoDecimals(
+                                                                      NumberText::floatValue(c.tenderBalance)))
+                                   : QString());
     const PrefsController *prefs = m_manager->ledgerwick() ? m_manager->ledgerwick()->getPrefsController() : nullptr;
     const QString term = prefs ? prefs->appliedTerms().item : QString();
     m_pickMaterial->setText(QStringLiteral("&%1…").arg(term.isEmpty() ? lwTr("Item") : term));

@@ -2,11 +2,14 @@
 
 #include "ui/lwEditorWindow.h"
 
+#include <vector>
+
 class BOMManager;
 class CheckoutManager;
 class QComboBox;
 class QDialog;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class integrityTableView;
 
@@ -43,6 +46,14 @@ private:
     QPushButton *button(const char *name, const QString &text, const QKeySequence &shortcut);
     void buildTenderPanel();
 
+    // A money figure or date shown in a read-only field.
+    struct Figure
+    {
+        QLineEdit *edit;
+        const QString *field;
+        bool amount; // shown with two decimals
+    };
+
     CheckoutManager *m_manager; // not owned
     BOMManager *m_bom;          // not owned
     integrityTableView *m_lines = nullptr;
@@ -54,4 +65,6 @@ private:
     QLabel *m_customer = nullptr;
     QDialog *m_tenderPanel = nullptr;
     QLabel *m_tenderInformative = nullptr;
+    QLabel *m_paidNote = nullptr;
+    std::vector<Figure> m_figures;
 };

@@ -38,12 +38,12 @@ void tst_CheckoutWindow::aSaleAtTheCounter()
     QCOMPARE(window.linesTable()->model()->rowCount(), 1);
     QCOMPARE(app.ledgerwick->getOrderManager()->getCount(), 1);
 
-    field("balanceEdit")->setText(u"10"_s); // the window's balance is what is due
+    checkout->editorState().balance = u"10"_s;
     QTest::mouseClick(window.findChild<QPushButton *>(u"tenderButton"_s), Qt::LeftButton);
     QVERIFY(window.tenderPanel()->isVisible());
-    QCOMPARE(field("tenderDueEdit")->text(), u"10"_s);
+    QCOMPARE(field("tenderDueEdit")->text(), u"10.00"_s);
     QTest::keyClicks(field("tenderedEdit"), u"25"_s);
-    QCOMPARE(field("tenderBalanceEdit")->text(), u"15"_s);
+    QCOMPARE(field("tenderBalanceEdit")->text(), u"15.00"_s);
     QCOMPARE(window.tenderPanel()->findChild<QLabel *>(u"tenderInformativeText"_s)->text(), u"Change Due"_s);
     QTest::keyClick(field("tenderedEdit"), Qt::Key_Return);
     QVERIFY(!window.tenderPanel()->isVisible());
