@@ -199,6 +199,8 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
     m_stationery->setObjectName(QStringLiteral("stationeryPopUp"));
     m_stationery->setToolTip(lwTr("The invoice template to print"));
     QPushButton *print = button("printInvoiceButton", lwTr("&Print…"), QKeySequence::Print);
+    // The orders list comes to the front, and a double-click there opens the order here.
+    QPushButton *existing = button("existingOrderButton", lwTr("&Open Order…"), QKeySequence::Open);
     QPushButton *newSale = button("newSaleButton", lwTr("New &Sale"), QKeySequence::New);
     QPushButton *tender = button("tenderButton", lwTr("&Tender…"), QKeySequence(Qt::Key_F12));
     tender->setFont(scaled(tender->font(), 1.5, true));
@@ -210,6 +212,7 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
     bottom->addWidget(m_stationery);
     bottom->addWidget(print);
     bottom->addStretch();
+    bottom->addWidget(existing);
     bottom->addWidget(newSale);
     bottom->addWidget(tender);
 
@@ -231,6 +234,7 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
     connectAction(adHoc, m_manager, &CheckoutManager::checkoutCreateAdhoc);
     connectAction(deleteLine, m_manager, &CheckoutManager::checkoutDeleteItem);
     connectAction(newSale, m_manager, &CheckoutManager::checkoutNew);
+    connectAction(existing, m_manager, &CheckoutManager::updateExistingOrder);
     connectAction(tender, m_manager, &CheckoutManager::tender);
     connect(print, &QPushButton::clicked, this, &CheckoutWindow::printInvoice);
 
@@ -301,7 +305,6 @@ void CheckoutWindow::buildTenderPanel()
     connect(m_manager, &CheckoutManager::tenderPanelOpened, this, [this, tendered] {
         refresh();
         m_tenderPanel->adjustSize();
-        m_tenderPanel->move(frameGeometry().center() - m_tenderPanel->rect().center());
         m_tenderPanel->open();
         tendered->setFocus(Qt::OtherFocusReason);
     });

