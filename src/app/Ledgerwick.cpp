@@ -91,14 +91,21 @@ Ledgerwick::Ledgerwick(Platform *platform, QObject *parent)
         return BundleBackups::create(V1DatabaseImport::bundleOf(*this), error);
     };
     m_materials->setItemManager(m_items);
-    m_orders->setBOMManager(m_materials);
-    m_orders->setContactManager(m_contacts);
-    m_orders->setItemManager(m_items);
-    m_orders->setActionSource(m_actions);
-    m_orders->setPickerOpener([picker = m_picker](lwDataSource *source, const QString &field1, const QString &field2,
-                                                  const QString &type, std::function<void(dataObject *)> done) {
-        picker->beginfor(std::move(done), source, field1, field2, type);
-    });
+    // The checkout edits the orders' own records with the order editor's rules.
+    m_checkout = new CheckoutManager(this);
+    m_checkout->setLedgerwick(this);
+    for (OrderManager *orders : {m_orders, static_cast<OrderManager *>(m_checkout)}) {
+        orders->setBOMManager(m_materials);
+        orders->setContactManager(m_contacts);
+        orders->setItemManager(m_items);
+        orders->setActionSource(m_actions);
+        orders->setPickerOpener([picker = m_picker](lwDataSource *source, const QString &field1,
+                                                    const QString &field2, const QString &type,
+                                                    std::function<void(dataObject *)> done) {
+            picker->beginfor(std::move(done), source, field1, field2, type);
+        });
+    }
+    m_checkout->setOrderManager(m_orders);
     connect(m_materials, &BOMManager::currentOrderChanged, this, &Ledgerwick::currentOrderChanged);
 }
 
@@ -183,13 +190,14 @@ bool Ledgerwick::applicationShouldTerminate()
             break;
     }
     // In this order: items, actions, bills, contacts (and through them their
-    // two other editors), the company editor and orders, as each gains an editor.
+    // two other editors), the company editor, orders and the checkout.
     m_items->disconnectWindow(this);
     m_actions->disconnectWindow(this);
     m_bills->disconnectWindow(this);
     m_contacts->disconnectWindow(this);
     m_companyEditor->disconnectWindow(this);
     m_orders->disconnectWindow(this);
+    m_checkout->disconnectWindow(this);
     return true;
 }
 
@@ -249,6 +257,7 @@ void Ledgerwick::connectContact(const std::shared_ptr<Contact> &contact, int ord
 {
     m_orders->connectContactToOrderId(contact, orderId);
     m_orders->updateContactFields();
+    m_checkout->updateContactFields();
 }
 
 void Ledgerwick::setCurrentOrder(int orderId)
@@ -264,8 +273,14 @@ void Ledgerwick::requestOrderManagerResign()
 
 void Ledgerwick::requestCheckoutManagerResign()
 {
-    if (m_checkoutManager)
-        m_checkoutManager->requestResign(this);
+    m_checkout->requestResign(this);
+}
+
+void Ledgerwick::editContactForCurrentOrder()
+{
+    const auto *order = dynamic_cast<const Order *>(m_orders->getItemById(getCurrentOrder()));
+    if (const std::shared_ptr<Contact> contact = order ? order->getContact() : nullptr)
+        m_contacts->editThisContact(contact.get());
 }
 
 // --- routing ---------------------------------------------------------------------
@@ -344,6 +359,19 @@ void Ledgerwick::newMenuItem()
 dataObject *Ledgerwick::checkoutOrder() const
 {
     return m_focusedList == m_orders ? m_orders->getSelectedItem() : nullptr;
+}
+
+void Ledgerwick::checkout()
+{
+    m_checkout->editRecord(checkoutOrder());
+}
+
+void Ledgerwick::orderListDoubleClicked()
+{
+    if (m_checkout->listOpensCheckout())
+        checkout();
+    else
+        m_orders->edit(this);
 }
 
 QString Ledgerwick::getCurrentContactIdAsString() const

@@ -13,6 +13,7 @@
 #include "core/lwController.h"
 #include "core/lwDataSource.h"
 #include "orders/BOMManager.h"
+#include "orders/CheckoutManager.h"
 #include "orders/OrderManager.h"
 #include "products/ItemManager.h"
 #include "reports/ReportManager.h"
@@ -92,9 +93,7 @@ public:
     lwDataSource *reportSource(const QString &selectfrom) const;
     // The collection that one record file fills.
     lwDataSource *manager(DatabaseStore::Kind kind) const { return m_managers[size_t(kind)]; }
-    // The checkout, once it exists; none until then.
-    void setCheckoutManager(lwDataSource *checkout) { m_checkoutManager = checkout; }
-    lwDataSource *getCheckoutManager() const { return m_checkoutManager; }
+    CheckoutManager *getCheckoutManager() const { return m_checkout; }
 
     // --- lookups for the managers -----------------------------------------
     Contact *getContactbyId(const QString &id) const override;
@@ -108,11 +107,13 @@ public:
     void setCurrentOrder(int orderId) override;
     int getCurrentOrder() const override { return m_materials->getCurrentOrder(); }
     // Shows the orders list in front.
-    void bringOrdersToFront() { Q_EMIT ordersToFrontRequested(); }
+    void bringOrdersToFront() override { Q_EMIT ordersToFrontRequested(); }
     // The checkout and the order editor each ask the other to let go of an
     // unfinished edit when they come to the front.
-    void requestOrderManagerResign();
+    void requestOrderManagerResign() override;
     void requestCheckoutManagerResign();
+    // The contact editor on the customer of the order whose lines are shown.
+    void editContactForCurrentOrder() override;
 
     // --- routing ------------------------------------------------------------
     // The window tells the controller what the user has in front of them: the
@@ -144,6 +145,11 @@ public:
     // The order the checkout opens with: the selected one when the orders
     // list has the focus, else none (a new sale).
     dataObject *checkoutOrder() const;
+    // Opens the checkout on that order.
+    void checkout();
+    // A double-click in the orders list: the order editor, or the checkout
+    // while the checkout has taken the list over.
+    void orderListDoubleClicked();
 
     // --- the database -------------------------------------------------------
     // The bundle to read instead of the location preference (the CLI's --db).
@@ -234,7 +240,7 @@ private:
     ReportManager *m_reports = nullptr;
     Picker *m_picker = nullptr;
     SupplierDataSource *m_supplierDataSource = nullptr;
-    lwDataSource *m_checkoutManager = nullptr; // none until the checkout exists
+    CheckoutManager *m_checkout = nullptr;
     std::array<lwDataSource *, 6> m_managers{};
 
     QString m_selectedTab = QStringLiteral("1");

@@ -50,4 +50,10 @@ public:
     // The order whose lines are shown (its id; 0 for none).
     virtual int getCurrentOrder() const = 0;
     virtual void setCurrentOrder(int orderId) = 0;
+    // Opens the contact editor on the customer of the order whose lines are shown.
+    virtual void editContactForCurrentOrder() {}
+    // The order editor commits its unfinished edit (another editor of orders came to the front).
+    virtual void requestOrderManagerResign() {}
+    // Shows the orders list in front.
+    virtual void bringOrdersToFront() {}
 };

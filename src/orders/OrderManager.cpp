@@ -67,6 +67,21 @@ void OrderManager::setItemManager(ItemManager *items)
     m_items = items;
 }
 
+BOMManager *OrderManager::bomManager() const
+{
+    return m_bom;
+}
+
+ContactManager *OrderManager::contactManager() const
+{
+    return m_contacts;
+}
+
+ItemManager *OrderManager::itemManager() const
+{
+    return m_items;
+}
+
 CalendarDate OrderManager::now() const
 {
     return m_clock ? m_clock() : CalendarDate::currentDate();
@@ -113,7 +128,8 @@ std::shared_ptr<dataObject> OrderManager::makeNewRecord()
 {
     const PrefsController *prefs = ledgerwick() ? ledgerwick()->getPrefsController() : nullptr;
     auto order = std::make_shared<Order>();
-    order->setID(getNextId());
+    // The id comes from the list the order will join (the checkout's sales join the orders).
+    order->setID(recordList()->getNextId());
     order->setOrderNum((prefs ? prefs->getOrderPrefix() : defaultControls().orderPrefix) + QString::number(order->getID()));
     order->setDate(QStringLiteral("today"));
     order->setTaxRate(OrderMoney::taxRateText(prefs ? prefs->getGlobalTaxRate()

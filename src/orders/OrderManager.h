@@ -141,6 +141,9 @@ Q_SIGNALS:
     void attachmentsChanged(int count);
 
 protected:
+    BOMManager *bomManager() const;
+    ContactManager *contactManager() const;
+    ItemManager *itemManager() const;
     std::shared_ptr<dataObject> makeNewRecord() override;
     void fillState(const Order &order) override;
     void copyState(Order &order) override;

@@ -190,8 +190,15 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
     connect(source, &QAbstractItemModel::rowsInserted, this, &MainWindow::updateStatusBar);
     connect(source, &QAbstractItemModel::rowsRemoved, this, &MainWindow::updateStatusBar);
     source->setTableSelection(view->selectionModel());
-    // Double-click edits; the delete keys ask the manager to delete.
-    connect(view, &QAbstractItemView::doubleClicked, source, [source] { source->edit(nullptr); });
+    // Double-click edits (an order opens in the checkout while the checkout
+    // has taken the list over); the delete keys ask the manager to delete.
+    if (source == m_ledgerwick->getOrderManager())
+        connect(view, &QAbstractItemView::doubleClicked, this, [this] {
+            tellController();
+            m_ledgerwick->orderListDoubleClicked();
+        });
+    else
+        connect(view, &QAbstractItemView::doubleClicked, source, [source] { source->edit(nullptr); });
     auto *responder = new lwKeyResponder(view);
     responder->setOwner(source);
     view->installEventFilter(responder);

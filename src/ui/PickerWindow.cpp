@@ -4,11 +4,13 @@
 #include "products/Picker.h"
 #include "ui/integrityTableView.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
+#include <QWindow>
 
 PickerWindow::PickerWindow(Picker *picker, QWidget *parent) : QDialog(parent), m_picker(picker)
 {
@@ -71,6 +73,14 @@ bool PickerWindow::eventFilter(QObject *watched, QEvent *event)
 
 void PickerWindow::showPicker()
 {
+    // A sheet on the window that asked (the order editor, the checkout), not
+    // on the main window behind it: the window manager then gives it the
+    // keyboard, and gives the keyboard back to that window when it closes.
+    QWidget *asking = QApplication::activeWindow();
+    if (asking && asking != this) {
+        winId(); // the native window, so that its parent can be named
+        windowHandle()->setTransientParent(asking->windowHandle());
+    }
     setWindowTitle(m_picker->windowTitle());
     m_searchBox->setText(m_picker->searchText());
     show();

@@ -28,8 +28,11 @@ void emptyListText(QAbstractItemView *view)
     const auto *source = qobject_cast<const lwDataSource *>(view->model());
     if (!source || source->rowCount() > 0)
         return;
-    const QString text = source->getCount() == 0 ? view->property("emptyText").toString()
-                                                 : lwTr("Nothing matches the search or the filter.");
+    // A view showing one slice of its list (an order's lines) says its own text.
+    const QVariant sliceText = view->property("noRowsText");
+    const QString text = sliceText.isValid()         ? sliceText.toString()
+                         : source->getCount() == 0 ? view->property("emptyText").toString()
+                                                   : lwTr("Nothing matches the search or the filter.");
     if (text.isEmpty())
         return;
     QPainter painter(view->viewport());

@@ -5,6 +5,7 @@
 #include "ui/ActionEditor.h"
 #include "ui/BillEditor.h"
 #include "ui/BillListControls.h"
+#include "ui/CheckoutWindow.h"
 #include "ui/CompanyContactEditorWindow.h"
 #include "ui/CompanyEditorWindow.h"
 #include "ui/ContactEditor.h"
@@ -77,6 +78,11 @@ int main(int argc, char *argv[])
                                                     lwTr("Search dates, titles, statuses, types, customers")));
     OrderEditor orderEditor(orders, ledgerwick.getBOMManager(), &window);
     QObject::connect(&orderEditor, &OrderEditor::activated, &ledgerwick, &Ledgerwick::requestCheckoutManagerResign);
+    CheckoutManager *checkout = ledgerwick.getCheckoutManager();
+    CheckoutWindow checkoutWindow(checkout, ledgerwick.getBOMManager(), &window);
+    QObject::connect(&window, &MainWindow::checkoutRequested, checkout, &CheckoutManager::editRecord);
+    QObject::connect(&checkoutWindow, &lwEditorWindow::helpRequested, ledgerwick.getManual(),
+                     [manual = ledgerwick.getManual()] { manual->orders(); });
     QObject::connect(&ledgerwick, &Ledgerwick::ordersToFrontRequested, &window, &MainWindow::bringOrdersToFront);
 
     NotepadWindow notepad(ledgerwick.getPrefsController(), &window);
