@@ -134,12 +134,9 @@ void CheckoutManager::finish(QObject *sender)
     recordList()->filter(sender);
     if (!ledgerwick())
         return;
-    // A sale taken at the counter is kept at once with its lines and the stock they took.
-    ledgerwick()->writeDatabase(recordList());
-    if (bomManager())
-        ledgerwick()->writeDatabase(bomManager());
-    if (itemManager())
-        ledgerwick()->writeDatabase(itemManager());
+    // The checkout asks as itself, which writes no file: its sales reach the
+    // disk with the orders' next save or at quit, as they always have.
+    ledgerwick()->writeDatabase(this);
 }
 
 void CheckoutManager::requestResign(QObject *sender)
