@@ -61,6 +61,14 @@ PickerWindow::PickerWindow(Picker *picker, QWidget *parent) : QDialog(parent), m
 
 bool PickerWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    // Typing a few letters and Enter picks the first match: at a counter the
+    // hands stay on the keys. The key then goes on to the dialog's OK.
+    if (watched == m_searchBox && event->type() == QEvent::KeyPress && m_picker->rowCount() > 0 &&
+        m_picker->selectedRow() < 0) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter)
+            m_table->selectRow(0);
+    }
     if (watched == m_searchBox && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent *>(event)->key() == Qt::Key_Down && m_picker->rowCount() > 0) {
         if (m_picker->selectedRow() < 0)
