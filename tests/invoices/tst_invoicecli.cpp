@@ -18,16 +18,14 @@ private Q_SLOTS:
     void refusesUnknownOrderOrTemplate();
 
 private:
-    CliRun cli(const QStringList &args) { return runCli(QStringLiteral(LW_CLI), args, m_home->path()); }
-    QString home(const QString &name) const { return m_home->filePath(name); }
-    std::unique_ptr<QTemporaryDir> m_home;
+    QString home(const QString &name) const { return m_home->path(name); }
+    std::unique_ptr<CliHome> m_home;
 };
 
 void TestInvoiceCli::init()
 {
-    m_home = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_home->isValid());
-    QVERIFY(copyFolder(QStringLiteral(LW_TEST_DATA "/bundle-foreign"), home(u"shop.lwkdb"_s)));
+    m_home = std::make_unique<CliHome>();
+    QVERIFY(m_home->ready);
 }
 
 void TestInvoiceCli::writesEachFormat_data()
@@ -54,11 +52,10 @@ void TestInvoiceCli::writesEachFormat()
     const QString stationery = home(u"Library/Application Support/Ledgerwick/stationary"_s);
     QVERIFY(QDir().mkpath(stationery));
     QVERIFY(writeBytes(stationery + u"/Mine.rtf"_s, "{\\rtf1 Order <ordernumber> for <title>\\par}"));
-    QStringList args = {u"invoice"_s, u"5"_s, u"--output"_s, home(file.section(u'/', 0, 0)), u"--db"_s,
-                        home(u"shop.lwkdb"_s)};
+    QStringList args = {u"invoice"_s, u"5"_s, u"--output"_s, home(file.section(u'/', 0, 0))};
     if (!templateName.isEmpty())
         args << u"--template"_s << templateName;
-    const CliRun run = cli(args);
+    const CliRun run = m_home->onBundle(args);
     QVERIFY2(run.status == 0, qPrintable(run.err));
     const QByteArray bytes = fileBytes(home(file));
     QVERIFY2(bytes.startsWith(starts), bytes.left(40).constData());
@@ -79,8 +76,8 @@ void TestInvoiceCli::refusesUnknownOrderOrTemplate()
 {
     QFETCH(QStringList, args);
     QFETCH(QString, message);
-    const CliRun run = cli(QStringList{u"invoice"_s} + args +
-                           QStringList{u"--output"_s, home(u"out.pdf"_s), u"--db"_s, home(u"shop.lwkdb"_s)});
+    const CliRun run =
+        m_home->onBundle(QStringList{u"invoice"_s} + args + QStringList{u"--output"_s, home(u"out.pdf"_s)});
     QCOMPARE(run.status, 2);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
     QVERIFY(!QFile::exists(home(u"out.pdf"_s)));

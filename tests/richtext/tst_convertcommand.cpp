@@ -6,6 +6,8 @@
 
 #include <memory>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const QString kData = QStringLiteral(LW_TEST_DATA "/richtext/");
@@ -29,68 +31,64 @@ private Q_SLOTS:
     void unwritableOutput();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
-    QString path(const QString &name) const { return m_dir->filePath(name); }
-    // Runs "ledgerwick-cli convert ARGS..." as a user would.
-    CliRun convert(const QStringList &args)
-    {
-        return runCli(QStringLiteral(LW_CLI), QStringList{QStringLiteral("convert")} + args, m_dir->path());
-    }
+    std::unique_ptr<CliHome> m_dir;
+    QString path(const QString &name) const { return m_dir->path(name); }
+    CliRun convert(const QStringList &args) { return m_dir->run(QStringList{u"convert"_s} + args); }
 };
 
 void TestConvertCommand::init()
 {
-    m_dir = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_dir->isValid());
+    m_dir = std::make_unique<CliHome>();
+    QVERIFY(m_dir->ready);
 }
 
 void TestConvertCommand::throughEveryFormat()
 {
     // rtf -> html -> rtf -> txt, and txt -> rtf -> txt: the words survive.
-    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("a.html"))}).status, 0);
-    QCOMPARE(convert({path(QStringLiteral("a.html")), path(QStringLiteral("b.rtf"))}).status, 0);
-    QCOMPARE(convert({path(QStringLiteral("b.rtf")), path(QStringLiteral("c.txt"))}).status, 0);
-    const QString text = QString::fromUtf8(fileBytes(path(QStringLiteral("c.txt"))));
+    QCOMPARE(convert({kData + u"cocoa.rtf"_s, path(u"a.html"_s)}).status, 0);
+    QCOMPARE(convert({path(u"a.html"_s), path(u"b.rtf"_s)}).status, 0);
+    QCOMPARE(convert({path(u"b.rtf"_s), path(u"c.txt"_s)}).status, 0);
+    const QString text = QString::fromUtf8(fileBytes(path(u"c.txt"_s)));
     for (const char *words : {"Ledgerwick Trading", "Café crème", "Widget", "€12.50", "Total due: <total>"})
         QVERIFY2(text.contains(QString::fromUtf8(words)), words);
-    QVERIFY(fileBytes(path(QStringLiteral("b.rtf"))).startsWith("{\\rtf1"));
+    QVERIFY(fileBytes(path(u"b.rtf"_s)).startsWith("{\\rtf1"));
 
-    QVERIFY(writeBytes(path(QStringLiteral("plain.txt")), "Line one {braces}\nLíne two\n"));
-    QCOMPARE(convert({path(QStringLiteral("plain.txt")), path(QStringLiteral("plain.rtf"))}).status, 0);
-    QCOMPARE(convert({path(QStringLiteral("plain.rtf")), path(QStringLiteral("again.txt"))}).status, 0);
-    QCOMPARE(fileBytes(path(QStringLiteral("again.txt"))), QByteArray("Line one {braces}\nLíne two\n"));
+    QVERIFY(writeBytes(path(u"plain.txt"_s), "Line one {braces}\nLíne two\n"));
+    QCOMPARE(convert({path(u"plain.txt"_s), path(u"plain.rtf"_s)}).status, 0);
+    QCOMPARE(convert({path(u"plain.rtf"_s), path(u"again.txt"_s)}).status, 0);
+    QCOMPARE(fileBytes(path(u"again.txt"_s)), QByteArray("Line one {braces}\nLíne two\n"));
 }
 
 void TestConvertCommand::rtfdPackageBothWays()
 {
-    QCOMPARE(convert({kData + QStringLiteral("picture.rtfd"), path(QStringLiteral("copy.rtfd"))}).status, 0);
-    QVERIFY(QFile::exists(path(QStringLiteral("copy.rtfd/TXT.rtf"))));
-    QVERIFY(QFile::exists(path(QStringLiteral("copy.rtfd/swatch.png"))));
+    QCOMPARE(convert({kData + u"picture.rtfd"_s, path(u"copy.rtfd"_s)}).status, 0);
+    QVERIFY(QFile::exists(path(u"copy.rtfd/TXT.rtf"_s)));
+    QVERIFY(QFile::exists(path(u"copy.rtfd/swatch.png"_s)));
     // A folder given with its trailing slash, as a shell completes it.
-    QCOMPARE(convert({path(QStringLiteral("copy.rtfd/")), path(QStringLiteral("flat.rtf"))}).status, 0);
-    const QByteArray rtf = fileBytes(path(QStringLiteral("flat.rtf")));
+    QCOMPARE(convert({path(u"copy.rtfd/"_s), path(u"flat.rtf"_s)}).status, 0);
+    const QByteArray rtf = fileBytes(path(u"flat.rtf"_s));
     QCOMPARE(rtf.count("\\pict\\pngblip"), 3);
     QVERIFY(rtf.contains("Small again: "));
 }
 
 void TestConvertCommand::htmlKeepsTablesAndPictures()
 {
-    QCOMPARE(convert({kData + QStringLiteral("libreoffice.rtf"), path(QStringLiteral("page.html"))}).status, 0);
-    const QByteArray html = fileBytes(path(QStringLiteral("page.html")));
+    QCOMPARE(convert({kData + u"libreoffice.rtf"_s, path(u"page.html"_s)}).status, 0);
+    const QByteArray html = fileBytes(path(u"page.html"_s));
     QVERIFY(html.contains("<img src=\"data:image/png;base64,"));
     QVERIFY(html.contains("Pay online"));
-    QCOMPARE(convert({kData + QStringLiteral("word1251.rtf"), path(QStringLiteral("table.html"))}).status, 0);
-    QVERIFY(fileBytes(path(QStringLiteral("table.html"))).contains("<table"));
+    QCOMPARE(convert({kData + u"word1251.rtf"_s, path(u"table.html"_s)}).status, 0);
+    QVERIFY(fileBytes(path(u"table.html"_s)).contains("<table"));
     // And back: the picture comes from its data URL.
-    QCOMPARE(convert({path(QStringLiteral("page.html")), path(QStringLiteral("back.rtf"))}).status, 0);
-    QCOMPARE(fileBytes(path(QStringLiteral("back.rtf"))).count("\\pict\\pngblip"), 1);
+    QCOMPARE(convert({path(u"page.html"_s), path(u"back.rtf"_s)}).status, 0);
+    QCOMPARE(fileBytes(path(u"back.rtf"_s)).count("\\pict\\pngblip"), 1);
 }
 
 void TestConvertCommand::toPdf()
 {
-    const CliRun run = convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("invoice.pdf"))});
+    const CliRun run = convert({kData + u"cocoa.rtf"_s, path(u"invoice.pdf"_s)});
     QCOMPARE(run.status, 0);
-    const QByteArray pdf = fileBytes(path(QStringLiteral("invoice.pdf")));
+    const QByteArray pdf = fileBytes(path(u"invoice.pdf"_s));
     QVERIFY(pdf.startsWith("%PDF-"));
     QVERIFY(pdf.size() > 1000);
 }
@@ -99,12 +97,11 @@ void TestConvertCommand::wrongUsage_data()
 {
     QTest::addColumn<QStringList>("args");
     QTest::addRow("nothing") << QStringList();
-    QTest::addRow("one path") << QStringList{QStringLiteral("a.rtf")};
-    QTest::addRow("three paths") << QStringList{QStringLiteral("a.rtf"), QStringLiteral("b.rtf"),
-                                                QStringLiteral("c.rtf")};
-    QTest::addRow("unknown output") << QStringList{kData + QStringLiteral("cocoa.rtf"), QStringLiteral("out.docx")};
-    QTest::addRow("unknown input") << QStringList{QStringLiteral("in.doc"), QStringLiteral("out.rtf")};
-    QTest::addRow("pdf is not read") << QStringList{QStringLiteral("in.pdf"), QStringLiteral("out.rtf")};
+    QTest::addRow("one path") << QStringList{u"a.rtf"_s};
+    QTest::addRow("three paths") << QStringList{u"a.rtf"_s, u"b.rtf"_s, u"c.rtf"_s};
+    QTest::addRow("unknown output") << QStringList{kData + u"cocoa.rtf"_s, u"out.docx"_s};
+    QTest::addRow("unknown input") << QStringList{u"in.doc"_s, u"out.rtf"_s};
+    QTest::addRow("pdf is not read") << QStringList{u"in.pdf"_s, u"out.rtf"_s};
 }
 
 void TestConvertCommand::wrongUsage()
@@ -112,7 +109,7 @@ void TestConvertCommand::wrongUsage()
     QFETCH(QStringList, args);
     const CliRun run = convert(args);
     QCOMPARE(run.status, 2);
-    QVERIFY(run.err.contains(QStringLiteral("usage: ledgerwick-cli convert IN OUT")));
+    QVERIFY(run.err.contains(u"usage: ledgerwick-cli convert IN OUT"_s));
     QVERIFY(run.out.isEmpty());
 }
 
@@ -120,35 +117,35 @@ void TestConvertCommand::unreadableInput_data()
 {
     QTest::addColumn<QString>("input");
     QTest::addColumn<QString>("message");
-    QTest::addRow("missing file") << QStringLiteral("missing.rtf") << QStringLiteral("missing.rtf");
-    QTest::addRow("missing package") << QStringLiteral("missing.rtfd") << QStringLiteral("TXT.rtf");
-    QTest::addRow("not rtf") << QStringLiteral("fake.rtf") << QStringLiteral("not in RTF format");
-    QTest::addRow("missing html") << QStringLiteral("missing.html") << QStringLiteral("missing.html");
+    QTest::addRow("missing file") << u"missing.rtf"_s << u"missing.rtf"_s;
+    QTest::addRow("missing package") << u"missing.rtfd"_s << u"TXT.rtf"_s;
+    QTest::addRow("not rtf") << u"fake.rtf"_s << u"not in RTF format"_s;
+    QTest::addRow("missing html") << u"missing.html"_s << u"missing.html"_s;
 }
 
 void TestConvertCommand::unreadableInput()
 {
     QFETCH(QString, input);
     QFETCH(QString, message);
-    QVERIFY(writeBytes(path(QStringLiteral("fake.rtf")), "Just some text.\n"));
-    const CliRun run = convert({path(input), path(QStringLiteral("out.txt"))});
+    QVERIFY(writeBytes(path(u"fake.rtf"_s), "Just some text.\n"));
+    const CliRun run = convert({path(input), path(u"out.txt"_s)});
     QCOMPARE(run.status, 1);
     QVERIFY2(run.err.contains(message), qPrintable(run.err));
-    QVERIFY(!QFile::exists(path(QStringLiteral("out.txt"))));
+    QVERIFY(!QFile::exists(path(u"out.txt"_s)));
 }
 
 void TestConvertCommand::unwritableOutput()
 {
     for (const char *name : {"no/such/folder/out.rtf", "no/such/folder/out.pdf", "no/such/folder/out.txt"}) {
         const QString out = path(QString::fromLatin1(name));
-        const CliRun run = convert({kData + QStringLiteral("cocoa.rtf"), out});
+        const CliRun run = convert({kData + u"cocoa.rtf"_s, out});
         QCOMPARE(run.status, 1);
         QVERIFY2(run.err.contains(out), qPrintable(run.err));
     }
     // An existing file in the way of a package folder is left alone.
-    QVERIFY(writeBytes(path(QStringLiteral("notes.rtfd")), "keep me"));
-    QCOMPARE(convert({kData + QStringLiteral("cocoa.rtf"), path(QStringLiteral("notes.rtfd"))}).status, 1);
-    QCOMPARE(fileBytes(path(QStringLiteral("notes.rtfd"))), QByteArray("keep me"));
+    QVERIFY(writeBytes(path(u"notes.rtfd"_s), "keep me"));
+    QCOMPARE(convert({kData + u"cocoa.rtf"_s, path(u"notes.rtfd"_s)}).status, 1);
+    QCOMPARE(fileBytes(path(u"notes.rtfd"_s)), QByteArray("keep me"));
 }
 
 QTEST_GUILESS_MAIN(TestConvertCommand)
