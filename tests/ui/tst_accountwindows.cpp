@@ -3,6 +3,7 @@
 #include "accounts/ActionManager.h"
 #include "accounts/BillManager.h"
 #include "support/AppFixture.h"
+#include "support/Widgets.h"
 #include "ui/ActionEditor.h"
 #include "ui/BillEditor.h"
 #include "ui/BillListControls.h"
@@ -26,20 +27,11 @@ private Q_SLOTS:
 namespace {
 void type(QWidget *window, const char *name, const QString &text)
 {
-    auto *edit = window->findChild<QLineEdit *>(QLatin1String(name));
-    QVERIFY2(edit, name);
-    edit->setText(text);
+    control<QLineEdit>(window, QLatin1String(name))->setText(text);
 }
 QString shown(QWidget *window, const char *name)
 {
-    const auto *edit = window->findChild<QLineEdit *>(QLatin1String(name));
-    return edit ? edit->text() : u"(none)"_s;
-}
-void press(QWidget *window, const char *name)
-{
-    auto *button = window->findChild<QPushButton *>(QLatin1String(name));
-    QVERIFY2(button, name);
-    QTest::mouseClick(button, Qt::LeftButton);
+    return control<QLineEdit>(window, QLatin1String(name))->text();
 }
 } // namespace
 
@@ -57,11 +49,11 @@ void tst_AccountWindows::taskEditorCalculatesAndCommits()
     type(&editor, "startTimeEdit", u"09:00"_s);
     type(&editor, "endTimeEdit", u"17:30"_s);
     type(&editor, "rateEdit", u"20"_s);
-    press(&editor, "calculateTimeButton");
+    clickButton(&editor, u"calculateTimeButton"_s);
     QCOMPARE(shown(&editor, "totalTimeEdit"), u"8.5"_s);
-    press(&editor, "calculateChargeButton");
+    clickButton(&editor, u"calculateChargeButton"_s);
     QCOMPARE(shown(&editor, "totalChargeEdit"), u"170"_s);
-    press(&editor, "okButton");
+    clickButton(&editor, u"okButton"_s);
     QVERIFY(!editor.isVisible());
     QCOMPARE(actions->getCount(), 1);
     QCOMPARE(actions->currentItem()->getTitle(), u"Fit kitchen"_s);
@@ -78,9 +70,9 @@ void tst_AccountWindows::billEditorCalculatesAndCommits()
     type(&editor, "nameEdit", u"Gas"_s);
     type(&editor, "netEdit", u"100"_s);
     type(&editor, "vatEdit", u"17.5"_s);
-    press(&editor, "calculateButton");
+    clickButton(&editor, u"calculateButton"_s);
     QCOMPARE(shown(&editor, "amountEdit"), u"117.50"_s);
-    press(&editor, "okButton");
+    clickButton(&editor, u"okButton"_s);
     QVERIFY(!editor.isVisible());
     QCOMPARE(bills->getCount(), 1);
     QCOMPARE(bills->currentItem()->getName(), u"Gas"_s);

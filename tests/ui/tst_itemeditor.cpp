@@ -3,6 +3,7 @@
 #include "products/Item.h"
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
+#include "support/Widgets.h"
 #include "ui/ItemEditor.h"
 #include "ui/ItemImageWell.h"
 #include "ui/ItemListControls.h"
@@ -44,14 +45,8 @@ private Q_SLOTS:
     void theListOpensTheEditorAndFilters();
 
 private:
-    template<typename T> T *control(const QString &name) const
-    {
-        T *widget = m_editor->findChild<T *>(name);
-        if (!widget)
-            qFatal("no control %s", qPrintable(name));
-        return widget;
-    }
-    void press(const char *button) { QTest::mouseClick(control<QPushButton>(QLatin1String(button)), Qt::LeftButton); }
+    template<typename T> T *control(const QString &name) const { return ::control<T>(m_editor, name); }
+    void press(const char *button) { clickButton(m_editor, QLatin1String(button)); }
     void open();
 
     std::unique_ptr<AppFixture> m_app;
@@ -271,9 +266,7 @@ void tst_ItemEditor::theListOpensTheEditorAndFilters()
     controls->stockFilter()->setCurrentIndex(0);
 
     QAbstractItemView *view = m_window->viewFor(m_items);
-    const QPoint centre = view->visualRect(view->model()->index(1, 0)).center();
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, centre);
+    clickRow(view, view->model()->index(1, 0));
     QTRY_VERIFY(m_editor->isVisible());
     QCOMPARE(control<QLineEdit>(u"nameEdit"_s)->text(), u"Gadget"_s);
     press("cancelButton");

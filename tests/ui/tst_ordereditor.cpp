@@ -4,18 +4,19 @@
 #include "orders/BOMManager.h"
 #include "orders/OrderManager.h"
 #include "support/AppFixture.h"
+#include "support/Widgets.h"
 #include "ui/CustomInvoiceWindow.h"
 #include "ui/MyImageView.h"
 #include "ui/OrderEditor.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
-#include <QComboBox>
 #include <QTableView>
 #include <QTest>
 #include <QTextEdit>
@@ -38,9 +39,7 @@ void tst_OrderEditor::takingAnOrder()
     OrderManager *orders = app.ledgerwick->getOrderManager();
     QVERIFY(Stationery::installStationary());
     OrderEditor editor(orders, app.ledgerwick->getBOMManager());
-    auto press = [&](const char *name) {
-        QTest::mouseClick(editor.findChild<QPushButton *>(QLatin1String(name)), Qt::LeftButton);
-    };
+    auto press = [&](const char *name) { clickButton(&editor, QLatin1String(name)); };
     orders->create(nullptr);
     QVERIFY(editor.isVisible());
     QCOMPARE(editor.findChild<QLineEdit *>(u"orderNumEdit"_s)->text(), u"ORD1"_s);

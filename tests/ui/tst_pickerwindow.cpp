@@ -1,15 +1,16 @@
 #include "core/RecordTable.h"
 #include "products/Picker.h"
 #include "support/TestRecord.h"
+#include "support/Widgets.h"
 #include "ui/integrityTableView.h"
 #include "ui/PickerWindow.h"
 
 #include <QAbstractItemModelTester>
 #include <QDialogButtonBox>
 #include <QHeaderView>
-#include <QScrollBar>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -35,13 +36,6 @@ void tst_PickerWindow::forwardsTheUsersActions()
         picker.beginfor([&](dataObject *record) { picked << record; }, &source, u"name"_s, u"id"_s, u"Part"_s);
     };
     QTableView *table = window.table();
-    const auto clickRow = [table](int row, bool twice) {
-        const QPoint centre = table->visualRect(table->model()->index(row, 0)).center();
-        // A double-click is a click followed by the double-click event.
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, centre);
-        if (twice)
-            QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, centre);
-    };
     const auto shownNames = [&picker] {
         QStringList names;
         for (int row = 0; row < picker.rowCount(); ++row)
@@ -74,18 +68,18 @@ void tst_PickerWindow::forwardsTheUsersActions()
 
     QTest::keyClicks(window.searchBox(), u"cr"_s);
     QCOMPARE(shownNames(), QStringList{u"Crane"_s});
-    clickRow(0, false);
+    clickRow(table, table->model()->index(0, 0), false);
     window.buttons()->button(QDialogButtonBox::Ok)->click();
     QVERIFY(!window.isVisible());
     QCOMPARE(picked, QList<dataObject *>{source.getItemById(3)});
 
     open();
-    clickRow(1, true); // opening again shows the source's order: Acme
+    clickRow(table, table->model()->index(1, 0)); // opening again shows the source's order: Acme
     QVERIFY(!window.isVisible());
     QCOMPARE(picked.last(), source.getItemById(2));
 
     open();
-    clickRow(0, false);
+    clickRow(table, table->model()->index(0, 0), false);
     QTest::keyClick(&window, Qt::Key_Escape);
     QVERIFY(!window.isVisible());
     QCOMPARE(picked.size(), 2);
