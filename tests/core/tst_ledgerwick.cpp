@@ -1,12 +1,12 @@
-#include "contacts/Contact.h"
 #include "app/Ledgerwick.h"
+#include "contacts/Contact.h"
 #include "core/lwDataSource.h"
 #include "core/lwDateFormatter.h"
 #include "core/RecordTable.h"
 #include "orders/Order.h"
 #include "products/Item.h"
-#include "support/LogCapture.h"
 #include "support/AppFixture.h"
+#include "support/LogCapture.h"
 #include "support/ScriptedPlatform.h"
 
 #include <QAbstractItemModelTester>
@@ -33,19 +33,11 @@ private Q_SLOTS:
 
 void TestLedgerwick::contactLookups()
 {
-    ScriptedPlatform platform;
-    Ledgerwick ledgerwick(&platform);
-    auto ann = std::make_shared<Contact>();
-    ann->setName(QStringLiteral("Ann Lee"));
-    auto bob = std::make_shared<Contact>();
-    bob->setName(QStringLiteral("Bob Ray"));
-    ledgerwick.getContactManager()->add(ann);
-    ledgerwick.getContactManager()->add(bob);
-    // A contact stored with id 0 is never answered for "0".
-    auto zero = std::make_shared<Contact>();
-    zero->setName(QStringLiteral("Nobody"));
-    ledgerwick.getContactManager()->add(zero);
-    zero->setID(0);
+    AppFixture app;
+    Ledgerwick &ledgerwick = *app.ledgerwick;
+    app.addContact(QStringLiteral("Ann Lee"));
+    auto bob = app.addContact(QStringLiteral("Bob Ray"));
+    app.addContact(QStringLiteral("Nobody"))->setID(0); // stored with id 0: never answered for "0"
 
     QCOMPARE(ledgerwick.getContactbyId(QStringLiteral("2")), bob.get());
     QCOMPARE(ledgerwick.getContactbyId(QStringLiteral("9")), nullptr);
@@ -60,7 +52,8 @@ void TestLedgerwick::contactLookups()
     auto *contacts = ledgerwick.getContactManager();
     QItemSelectionModel selection(contacts);
     contacts->setTableSelection(&selection);
-    selection.setCurrentIndex(contacts->indexOf(bob.get()), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selection.setCurrentIndex(contacts->indexOf(bob.get()),
+                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("-1"));
     contacts->edit(nullptr);
     QCOMPARE(ledgerwick.getCurrentContactIdAsString(), QStringLiteral("2"));
@@ -68,11 +61,10 @@ void TestLedgerwick::contactLookups()
 
 void TestLedgerwick::orderLookups()
 {
-    ScriptedPlatform platform;
-    Ledgerwick ledgerwick(&platform);
-    auto contact = std::make_shared<Contact>();
+    AppFixture app;
+    Ledgerwick &ledgerwick = *app.ledgerwick;
+    auto contact = app.addContact(QStringLiteral("Ann"));
     contact->setEmail(QStringLiteral("ann@example.org"));
-    ledgerwick.getContactManager()->add(contact);
     auto order = std::make_shared<Order>();
     ledgerwick.getOrderManager()->add(order);
     QCOMPARE(ledgerwick.getContactIdForOrder(order->getID()), 0);
@@ -84,8 +76,7 @@ void TestLedgerwick::orderLookups()
     QCOMPARE(ledgerwick.getContactIdForOrder(order->getID()), contact->getID());
     ledgerwick.connectContact(contact, 999); // no such order: nothing happens
 
-    auto item = std::make_shared<Item>();
-    ledgerwick.getItemManager()->add(item);
+    auto item = app.addItem(QStringLiteral("P1"), QStringLiteral("Hinge"));
     QCOMPARE(ledgerwick.getProductbyId(item->getID()), item.get());
     QCOMPARE(ledgerwick.getProductbyId(5), nullptr);
 

@@ -1,8 +1,8 @@
 #include "core/DatabasePaths.h"
 #include "prefs/PrefsController.h"
+#include "support/AppFixture.h"
 #include "support/CliRunner.h"
 #include "support/LogCapture.h"
-#include "support/AppFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,10 +30,19 @@ void storeText(const QString &key, const QVariant &value)
     settings.setValue(key, value);
 }
 
-QVariantList storedColours()
+// Each stored status colour as "status red green blue alpha".
+QStringList storedColours()
 {
+    QStringList entries;
     const QSettings settings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick"));
-    return settings.value(QStringLiteral("LedgerwickFlagColours")).toList();
+    for (const QVariant &entry : settings.value(QStringLiteral("LedgerwickFlagColours")).toList()) {
+        const QVariantMap map = entry.toMap();
+        QStringList parts;
+        for (const char *key : {"Status", "redComponent", "greenComponent", "blueComponent", "alphaComponent"})
+            parts << map.value(QLatin1String(key)).toString();
+        entries << parts.join(QLatin1Char(' ')) + (map.size() == 5 ? QString() : QStringLiteral(" and more"));
+    }
+    return entries;
 }
 
 QStringList lines(std::initializer_list<const char *> texts)
@@ -322,28 +331,18 @@ void TestPrefsController::statusColoursAreStoredAtOnce()
     prefs.populateLists();
 
     prefs.setColorForStatus(QColor(128, 0, 255));
-    QVariantList colours = storedColours();
-    QCOMPARE(colours.size(), 1);
-    const QVariantMap first{{QStringLiteral("Status"), QStringLiteral("Quote")},
-                            {QStringLiteral("redComponent"), QStringLiteral("0.501961")},
-                            {QStringLiteral("greenComponent"), QStringLiteral("0.000000")},
-                            {QStringLiteral("blueComponent"), QStringLiteral("1.000000")},
-                            {QStringLiteral("alphaComponent"), QStringLiteral("1.000000")}};
-    QCOMPARE(colours.at(0).toMap(), first);
+    QCOMPARE(storedColours(), lines({"Quote 0.501961 0.000000 1.000000 1.000000"}));
     // A status with no colour yet is appended.
     prefs.setColourStatusIndex(1);
     prefs.setColorForStatus(QColor(0, 0, 0, 64));
-    colours = storedColours();
-    QCOMPARE(colours.size(), 2);
-    QCOMPARE(colours.at(1).toMap().value(QStringLiteral("alphaComponent")).toString(), QStringLiteral("0.250980"));
+    const QString order = QStringLiteral("Order 0.000000 0.000000 0.000000 0.250980");
+    QCOMPARE(storedColours(), (QStringList{QStringLiteral("Quote 0.501961 0.000000 1.000000 1.000000"), order}));
 
     // Setting it again replaces that one entry in place.
     prefs.setColourStatusIndex(0);
     prefs.setColorForStatus(QColor(255, 0, 0));
-    colours = storedColours();
-    QCOMPARE(colours.size(), 2);
-    QCOMPARE(colours.at(0).toMap().value(QStringLiteral("Status")).toString(), QStringLiteral("Quote"));
-    QCOMPARE(colours.at(0).toMap().value(QStringLiteral("redComponent")).toString(), QStringLiteral("1.000000"));
+    const QStringList colours{QStringLiteral("Quote 1.000000 0.000000 0.000000 1.000000"), order};
+    QCOMPARE(storedColours(), colours);
     QCOMPARE(PrefsController::colourForStatus(QStringLiteral("Quote")), QColor(255, 0, 0));
 
     // Nothing selected: nothing to colour.
