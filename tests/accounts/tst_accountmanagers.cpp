@@ -288,7 +288,6 @@ void tst_AccountManagers::billPeriods()
 {
     QFETCH(QString, period);
     QFETCH(QString, from);
-    QFETCH(QString, visible);
     for (const char *day : {"28/02", "01/03", "08/03", "01/04", "02/04"})
         addBill(QString::fromLatin1(day), QString::fromLatin1(day) + u"/09"_s, u"1"_s);
     addBill(u"bad"_s, u"soon"_s, u"1"_s);
@@ -304,7 +303,7 @@ void tst_AccountManagers::billPeriods()
     QStringList shown;
     for (int row = 0; row < m_bills->numberOfRowsInTableView() - 2; ++row)
         shown << m_bills->objectValueForTableColumn(u"name"_s, row);
-    QCOMPARE(shown.join(u' '), visible);
+    QTEST(shown.join(u' '), "visible");
     QTEST(s.fromDate, "fromAfter");
     QCOMPARE(s.fromDateEnabled, period.startsWith(u'1') || period.startsWith(u'3'));
     QTEST(log.lines(), "log");

@@ -70,9 +70,8 @@ void TestCalendarDate::formats_data()
 void TestCalendarDate::formats()
 {
     QFETCH(QString, format);
-    QFETCH(QString, expected);
     const CalendarDate date(QDate(2009, 3, 5), QTime(7, 8, 9), -(3600 + 1800));
-    QCOMPARE(date.toString(format), expected);
+    QTEST(date.toString(format), "expected");
     QCOMPARE(CalendarDate().toString(format), QString());
 }
 
@@ -117,9 +116,8 @@ void TestCalendarDate::addsByTheCalendar()
     QFETCH(int, years);
     QFETCH(int, months);
     QFETCH(int, days);
-    QFETCH(QDate, expected);
     const CalendarDate result = CalendarDate(start, QTime(10, 30)).addYearsMonthsDays(years, months, days);
-    QCOMPARE(result.date(), expected);
+    QTEST(result.date(), "expected");
     QCOMPARE(result.time(), QTime(10, 30));
     QVERIFY(!CalendarDate().addYearsMonthsDays(0, 1, 0).isValid());
 }

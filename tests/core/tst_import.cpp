@@ -130,10 +130,9 @@ void TestImport::importsText()
 {
     QFETCH(QString, text);
     QFETCH(QStringList, records);
-    QFETCH(QStringList, alerts);
     QCOMPARE(m_table->importText(text), int(records.size()));
     QCOMPARE(dump(*m_table), records);
-    QCOMPARE(alertTexts(*m_platform), alerts);
+    QTEST(alertTexts(*m_platform), "alerts");
 }
 
 void TestImport::readsFilesAndLogs()

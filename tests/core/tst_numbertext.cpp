@@ -59,8 +59,7 @@ void TestNumberText::readsLeadingIntegers_data()
 void TestNumberText::readsLeadingIntegers()
 {
     QFETCH(QString, text);
-    QFETCH(int, expected);
-    QCOMPARE(NumberText::intValue(text), expected);
+    QTEST(NumberText::intValue(text), "expected");
 }
 
 void TestNumberText::formatsLikePrintf()

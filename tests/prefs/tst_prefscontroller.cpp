@@ -239,14 +239,12 @@ void TestPrefsController::taxGetters_data()
 void TestPrefsController::taxGetters()
 {
     QFETCH(QString, rate);
-    QFETCH(float, rateValue);
     QFETCH(QString, statement);
-    QFETCH(QString, trimmed);
     PrefsController prefs(&m_app->platform);
     prefs.controls().taxRate = rate;
     prefs.controls().taxStatement = statement;
-    QCOMPARE(prefs.getGlobalTaxRate(), rateValue);
-    QCOMPARE(prefs.getTaxStatement(), trimmed);
+    QTEST(prefs.getGlobalTaxRate(), "rateValue");
+    QTEST(prefs.getTaxStatement(), "trimmed");
 }
 
 void TestPrefsController::listGetters_data()
@@ -405,7 +403,6 @@ void TestPrefsController::databaseLocation()
     QFETCH(QString, action);
     QFETCH(QString, answer);
     QFETCH(QString, location);
-    QFETCH(QString, panelTitle);
 
     PrefsController prefs(&m_app->platform);
     prefs.readDefaults();
@@ -419,7 +416,7 @@ void TestPrefsController::databaseLocation()
 
     QCOMPARE(m_app->platform.panels.size(), 1);
     const Platform::Panel &panel = m_app->platform.panels.at(0);
-    QCOMPARE(panel.title, panelTitle);
+    QTEST(panel.title, "panelTitle");
     QCOMPARE(panel.prompt, action == u"create"_s ? u"Create"_s : u"Choose"_s);
     QCOMPARE(panel.nameLabel, u"database name"_s);
     QCOMPARE(panel.fileTypes, QStringList{QStringLiteral("lwkdb")});

@@ -214,11 +214,10 @@ void tst_Picker::filter_data()
 void tst_Picker::filter()
 {
     QFETCH(QString, search);
-    QFETCH(QStringList, expected);
     open();
     m->picker.filter(u"zzz"_s); // the new search starts from every row
     m->picker.filter(search);
-    QCOMPARE(column(m->picker, u"1"_s), expected);
+    QTEST(column(m->picker, u"1"_s), "expected");
 }
 
 void tst_Picker::finishCallsBackWithTheSelectedRecordOnly()
@@ -267,7 +266,6 @@ void tst_Picker::sort()
     QFETCH(QString, column);
     QFETCH(bool, ascending);
     QFETCH(int, options);
-    QFETCH(QStringList, expectedIds);
 
     RecordTable source;
     const std::pair<const char16_t *, const char16_t *> rows[] = {
@@ -279,7 +277,7 @@ void tst_Picker::sort()
     }
     m->picker.beginfor([](dataObject *) {}, &source, u"name"_s, u"code"_s, u"Thing"_s);
     m->picker.sortByColumn(column, ascending, options);
-    QCOMPARE(idsInOrder(m->picker), expectedIds);
+    QTEST(idsInOrder(m->picker), "expectedIds");
 }
 
 QTEST_GUILESS_MAIN(tst_Picker)

@@ -83,12 +83,11 @@ void tst_ReportItem::fieldsByName_data()
 void tst_ReportItem::fieldsByName()
 {
     QFETCH(QString, name);
-    QFETCH(QString, value);
 
     QStringList fields;
     for (int n = 1; n <= 12; ++n)
         fields << u"f"_s + QString::number(n);
-    QCOMPARE(rowOf(fields).getFieldByName(name), value);
+    QTEST(rowOf(fields).getFieldByName(name), "value");
 }
 
 void tst_ReportItem::replaceAndSearch()

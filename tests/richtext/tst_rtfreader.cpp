@@ -140,11 +140,10 @@ void TestRtfReader::text_data()
 void TestRtfReader::text()
 {
     QFETCH(QByteArray, input);
-    QFETCH(QString, expected);
     QTextDocument document;
     RtfReader reader;
     QVERIFY2(reader.read(input, &document), qPrintable(reader.errorString()));
-    QCOMPARE(blockText(document), expected);
+    QTEST(blockText(document), "expected");
 }
 
 void TestRtfReader::characterFormats()
@@ -249,10 +248,9 @@ void TestRtfReader::tables_data()
 void TestRtfReader::tables()
 {
     QFETCH(QByteArray, input);
-    QFETCH(QString, expected);
     QTextDocument document;
     QVERIFY(RtfReader().read(input, &document));
-    QCOMPARE(DocumentSnapshot::outline(document), expected);
+    QTEST(DocumentSnapshot::outline(document), "expected");
 }
 
 void TestRtfReader::tableSpansAndCellFormats()
@@ -409,13 +407,11 @@ void TestRtfReader::fixtures_data()
 void TestRtfReader::fixtures()
 {
     QFETCH(QString, name);
-    QFETCH(QString, title);
-    QFETCH(QString, expected);
     QTextDocument document;
     RtfReader reader;
     QVERIFY2(reader.readFile(kData + name, &document), qPrintable(reader.errorString()));
-    QCOMPARE(DocumentSnapshot::outline(document), expected);
-    QCOMPARE(document.metaInformation(QTextDocument::DocumentTitle), title);
+    QTEST(DocumentSnapshot::outline(document), "expected");
+    QTEST(document.metaInformation(QTextDocument::DocumentTitle), "title");
 }
 
 void TestRtfReader::fixtureDetails()
@@ -511,10 +507,9 @@ void TestRtfReader::damagedInput_data()
 void TestRtfReader::damagedInput()
 {
     QFETCH(QByteArray, input);
-    QFETCH(QString, expected);
     QTextDocument document;
     QVERIFY(RtfReader().read(input, &document));
-    QCOMPARE(blockText(document), expected);
+    QTEST(blockText(document), "expected");
 }
 
 QTEST_MAIN(TestRtfReader)
