@@ -18,7 +18,7 @@ class tst_ContactManager : public QObject
 
 private Q_SLOTS:
     void init();
-    void cleanup();
+    void cleanup() { m_app.reset(); }
 
     void outlineAndQueriesFollowEveryChange();
     void filter_data();
@@ -38,21 +38,13 @@ private:
 
     std::unique_ptr<AppFixture> m_app;
     ContactManager *m_contacts = nullptr;
-    std::unique_ptr<QAbstractItemModelTester> m_tester;
 };
 
 void tst_ContactManager::init()
 {
     m_app = std::make_unique<AppFixture>();
     m_contacts = m_app->ledgerwick->getContactManager();
-    m_tester = std::make_unique<QAbstractItemModelTester>(m_contacts,
-                                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
-}
-
-void tst_ContactManager::cleanup()
-{
-    m_tester.reset();
-    m_app.reset();
+    new QAbstractItemModelTester(m_contacts, m_contacts);
 }
 
 std::shared_ptr<Contact> tst_ContactManager::add(const QString &name, const QString &kind, const QString &type,

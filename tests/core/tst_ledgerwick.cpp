@@ -1,4 +1,5 @@
 #include "app/Ledgerwick.h"
+#include "core/CliPlatform.h"
 #include "contacts/Contact.h"
 #include "core/lwDataSource.h"
 #include "core/lwDateFormatter.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void commandsGoToTheListInFront();
     void deleteEditAndNewFollowTheFocus();
     void aChangedRecordRedrawsItsRowOnly();
+    void cliPlatformTakesTheDefaults();
 };
 
 void TestLedgerwick::contactLookups()
@@ -258,6 +260,20 @@ void TestLedgerwick::aChangedRecordRedrawsItsRowOnly()
     items->recordChanged(&stranger);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(reset.count(), 0);
+}
+
+void TestLedgerwick::cliPlatformTakesTheDefaults()
+{
+    CliPlatform platform;
+    QCOMPARE(
+        platform.alert(
+            {QStringLiteral("Question"), QStringLiteral("Proceed?"), {QStringLiteral("Yes"), QStringLiteral("No")}}),
+        0);
+    QCOMPARE(platform.savePanel({}), QString());
+    QCOMPARE(platform.openPanel({}), QString());
+    QVERIFY(!platform.openUrl(QUrl(QStringLiteral("https://example.org"))));
+    platform.setPasteboardText(QStringLiteral("x"));
+    QCOMPARE(platform.pasteboardText(), QStringLiteral("x"));
 }
 
 QTEST_MAIN(TestLedgerwick)

@@ -10,7 +10,6 @@
 #include "orders/Material.h"
 #include "orders/Order.h"
 #include "richtext/RichTextTools.h"
-#include "ui/CustomInvoiceWindow.h"
 
 #include <QAction>
 #include <QPdfWriter>
@@ -63,7 +62,6 @@ private Q_SLOTS:
     void mailsThePdf();
     void defaultsFillOnePage_data();
     void defaultsFillOnePage();
-    void windowWiring();
 };
 
 void TestInvoices::fillsPlaceholders_data()
@@ -286,23 +284,6 @@ void TestInvoices::defaultsFillOnePage()
     QVERIFY(text.contains(u"Part 5"_s));
     QPdfWriter pdf(app.home(u"out.pdf"_s));
     QCOMPARE(RichTextTools::print(invoice.invoiceTextView(), &pdf), 1);
-}
-
-void TestInvoices::windowWiring()
-{
-    AppFixture app;
-    QVERIFY(Stationery::installStationary());
-    Order order;
-    order.setOrderNum(u"INV9"_s);
-    auto *window = new CustomInvoiceWindow(&app.platform);
-    window->controller().setWhichStationary(u"Reminder"_s);
-    window->setOrder(&order, nullptr);
-    QCOMPARE(window->windowTitle(), u"Reminder"_s);
-    QVERIFY(window->invoiceTextView()->toPlainText().contains(u"INV9"_s));
-    window->saveAsPdf(); // the panel is cancelled: nothing is written
-    QCOMPARE(app.platform.panels.size(), 1);
-    QCOMPARE(app.platform.panels.first().suggestedName, u"Reminder INV9.pdf"_s);
-    window->close();
 }
 
 QTEST_MAIN(TestInvoices)

@@ -425,14 +425,12 @@ void TestPrefsController::databaseLocation()
 
     const bool changed = location != before;
     QCOMPARE(spy.count(), changed ? 1 : 0);
-    QCOMPARE(m_app->platform.alerts.size(), changed ? 1 : 0);
-    if (changed) {
-        const Platform::Alert &alert = m_app->platform.alerts.at(0);
-        QCOMPARE(alert.title, QStringLiteral("Create / switch Ledgerwick database"));
-        QCOMPARE(alert.informativeText,
-                 QStringLiteral("You will need to quit and re-start Ledgerwick to see your change."));
-        QCOMPARE(alert.buttons, QStringList{QStringLiteral("OK")});
-    }
+    QStringList alerts;
+    for (const Platform::Alert &alert : std::as_const(m_app->platform.alerts))
+        alerts << AppFixture::alertText(alert);
+    QCOMPARE(alerts, changed ? lines({"Create / switch Ledgerwick database | You will need to quit and re-start "
+                                      "Ledgerwick to see your change. | OK"})
+                             : QStringList());
     // Nothing made or switched until OK and the next start.
     QVERIFY(!QFileInfo::exists(location));
     QCOMPARE(DatabasePaths::databaseLocation(), DatabasePaths::standardBundleFolder());

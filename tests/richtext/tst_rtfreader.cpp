@@ -1,7 +1,7 @@
 #include "DocumentSnapshot.h"
 #include "richtext/RtfReader.h"
+#include "support/CliRunner.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QImage>
 #include <QTemporaryDir>
@@ -287,16 +287,11 @@ void TestRtfReader::tableSpansAndCellFormats()
 
 void TestRtfReader::pictures()
 {
-    QImage source(3, 2, QImage::Format_RGB32);
-    source.fill(qRgb(10, 200, 30));
-    source.setPixel(2, 1, qRgb(255, 255, 255));
-    QByteArray png;
-    {
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        source.save(&buffer, "PNG");
-    }
-    QByteArray input = rtf("a{\\pict\\pngblip\\picw3\\pich2\\picwgoal90\\pichgoal60 " + png.toHex() +
+    // A picture of 4 by 3 pixels.
+    const QString swatch = kData + QStringLiteral("picture.rtfd/swatch.png");
+    const QImage source = QImage(swatch).convertToFormat(QImage::Format_RGB32);
+    const QByteArray png = fileBytes(swatch);
+    QByteArray input = rtf("a{\\pict\\pngblip\\picw4\\pich3\\picwgoal90\\pichgoal60 " + png.toHex() +
                            "}"
                            "{\\pict\\pngblip\\picscalex200\\picscaley50 " +
                            png.toHex() +
@@ -317,8 +312,8 @@ void TestRtfReader::pictures()
     QCOMPARE(formats[0].height(), 4.0);
     QCOMPARE(imageOf(document, formats[0]).convertToFormat(QImage::Format_RGB32), source);
     // Scaled natural size.
-    QCOMPARE(formats[1].width(), 6.0);
-    QCOMPARE(formats[1].height(), 1.0);
+    QCOMPARE(formats[1].width(), 8.0);
+    QCOMPARE(formats[1].height(), 1.5);
     // A metafile cannot be drawn: an empty picture of its size holds its place.
     QCOMPARE(formats[2].width(), 100.0);
     QCOMPARE(formats[2].height(), 50.0);

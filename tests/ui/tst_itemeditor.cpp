@@ -11,13 +11,9 @@
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -228,19 +224,8 @@ void tst_ItemEditor::imageWellTakesDroppedPictures()
     red.fill(Qt::red);
     const QString png = m_app->home(u"red.png"_s);
     QVERIFY(red.save(png));
-    auto drag = [well](const QString &path) {
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(path)});
-        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(well, &enter);
-        if (!enter.isAccepted())
-            return false;
-        QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(well, &drop);
-        return drop.isAccepted();
-    };
-    QVERIFY(!drag(m_app->home(u"none.txt"_s)));
-    QVERIFY(drag(png));
+    QVERIFY(!dropFiles(well, {m_app->home(u"none.txt"_s)}));
+    QVERIFY(dropFiles(well, {png}));
     QCOMPARE(m_items->editorState().image.pixelColor(0, 0), QColor(Qt::red));
     QVERIFY(control<QPushButton>(u"deleteImageButton"_s)->isEnabled());
     press("deleteImageButton");
