@@ -1,4 +1,5 @@
 #include "contacts/Contact.h"
+#include "support/TestRecord.h"
 
 #include <QTest>
 
@@ -12,14 +13,6 @@ const QStringList kReadNames = {
     u"email"_s, u"extension"_s, u"fax"_s,     u"jobTitle"_s, u"kind"_s,     u"mobile"_s,      u"name"_s,
     u"phone"_s, u"postcode"_s,  u"surname"_s, u"title"_s,    u"type"_s,     u"website"_s,
 };
-
-QStringList snapshot(const Contact &contact)
-{
-    QStringList values;
-    for (const QString &name : kReadNames)
-        values << contact.getFieldByName(name);
-    return values;
-}
 
 } // namespace
 
@@ -63,14 +56,7 @@ void tst_Contact::writeByName()
     QFETCH(QString, value);
 
     Contact contact;
-    const QStringList before = snapshot(contact);
-    QVERIFY(contact.setFieldByName(name, value));
-    const QStringList after = snapshot(contact);
-    QStringList actual;
-    for (qsizetype i = 0; i < kReadNames.size(); ++i)
-        if (before.at(i) != after.at(i))
-            actual << kReadNames.at(i);
-    QTEST(actual, "changed");
+    QTEST(namesChangedByWriting(contact, kReadNames, name, value), "changed");
 
     QVERIFY(contact.setFieldByName(u"id"_s, u"17"_s));
     QCOMPARE(contact.getID(), 17);

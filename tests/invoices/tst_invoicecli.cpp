@@ -1,7 +1,6 @@
 #include "support/CliRunner.h"
 
 #include <QDir>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;

@@ -11,10 +11,8 @@
 #include "orders/Order.h"
 #include "richtext/RichTextTools.h"
 
-#include <QAction>
 #include <QPdfWriter>
 #include <QTest>
-#include <QTextEdit>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -5,7 +5,6 @@
 #include "support/LogCapture.h"
 
 #include <QDir>
-#include <QFile>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>

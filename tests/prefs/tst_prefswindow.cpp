@@ -5,10 +5,8 @@
 #include "ui/NotepadWindow.h"
 #include "ui/PrefsWindow.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -16,7 +14,6 @@
 #include <QSettings>
 #include <QTabWidget>
 #include <QTest>
-#include <QTextDocument>
 #include <QTextEdit>
 
 #include <memory>

@@ -7,7 +7,6 @@
 #include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -179,9 +178,7 @@ void tst_ItemManager::createSimilarCopiesTheCommittedItem()
 
     QCOMPARE(original->getPrice(), u"9.99"_s); // committed first
     QVERIFY(m_items->isEditorShown());
-    QVERIFY(m_items->isCreating());
     Item *similar = m_items->currentItem();
-    QVERIFY(similar != original.get());
     QCOMPARE(similar->getID(), 2);
     QCOMPARE(s.code, u"P2"_s);
     QCOMPARE(s.name, u"Widget"_s); // the editor keeps the committed values

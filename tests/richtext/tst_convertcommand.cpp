@@ -1,7 +1,6 @@
 #include "support/CliRunner.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>

@@ -4,11 +4,9 @@
 #include "support/CliRunner.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QPdfWriter>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextTable>

@@ -4,7 +4,6 @@
 #include "support/CliRunner.h"
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QLoggingCategory>
 #include <QTemporaryDir>

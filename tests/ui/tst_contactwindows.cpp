@@ -14,7 +14,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>

@@ -9,7 +9,6 @@
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
 
