@@ -184,14 +184,10 @@ void tst_Accounts::billByName()
     const QStringList values{u"INV-7"_s, u"Paper Co"_s, u"01/02/09"_s, u"100"_s,
                              u"17.5"_s,  u"117.50"_s,   u"reams"_s,    u"Stationery"_s};
     Bill bill;
-    bill.setNumber(values[0]);
-    bill.setName(values[1]);
-    bill.setDatePaid(values[2]);
-    bill.setNet(values[3]);
-    bill.setVat(values[4]);
-    bill.setAmount(values[5]);
-    bill.setDetails(values[6]);
-    bill.setCategory(values[7]);
+    const auto setters = {&Bill::setNumber, &Bill::setName,   &Bill::setDatePaid, &Bill::setNet,
+                          &Bill::setVat,    &Bill::setAmount, &Bill::setDetails,  &Bill::setCategory}; // field order
+    for (qsizetype i = 0; const auto set : setters)
+        (bill.*set)(values[i++]);
     QCOMPARE(bill.getFieldByName(name), field >= 0 ? values[field] : u""_s);
 
     // Search: category, name, details and number; not the money or the date.

@@ -65,7 +65,6 @@ private Q_SLOTS:
     void okStoresEveryKeyAndReadsItBack();
     void dateFormatSwitch_data();
     void dateFormatSwitch();
-    void savingDoesNotApplyDateFormatOrTermsAgain();
     void taxGetters_data();
     void taxGetters();
     void listGetters_data();
@@ -130,8 +129,15 @@ void TestPrefsController::okStoresEveryKeyAndReadsItBack()
 
     LogCapture log;
     QSignalSpy closeSpy(&prefs, &PrefsController::closeWindowRequested);
+    QSignalSpy datesSpy(&prefs, &PrefsController::dateFormatApplied);
+    QSignalSpy termsSpy(&prefs, &PrefsController::termsApplied);
     prefs.OKButton(nullptr);
     QCOMPARE(closeSpy.count(), 1);
+    // The date format and the terms apply at the next start; the getters read the controls.
+    QCOMPARE(datesSpy.count() + termsSpy.count(), 0);
+    QVERIFY(prefs.isUKFormat());
+    QCOMPARE(prefs.appliedTerms().orders, QStringLiteral("Orders"));
+    QCOMPARE(prefs.getTermOrders(), QStringLiteral("Jobs"));
     QCOMPARE(log.lines(), lines({"Saving terms", "Saving lists", "Saving notepad"}));
     QVERIFY(m_app->platform.alerts.isEmpty());
 
@@ -153,6 +159,9 @@ void TestPrefsController::okStoresEveryKeyAndReadsItBack()
     PrefsController next(&m_app->platform);
     next.readDefaults();
     QVERIFY(next.controls() == edited);
+    QVERIFY(!next.isUKFormat());
+    QCOMPARE(next.appliedTerms().orders, QStringLiteral("Jobs"));
+    QCOMPARE(next.selectFromItemsTitle(), QStringLiteral("Select From Parts"));
     QCOMPARE(next.notepad()->toPlainText(), QStringLiteral("Call the bank"));
     QTextCursor read(next.notepad());
     read.movePosition(QTextCursor::NextCharacter);
@@ -193,30 +202,6 @@ void TestPrefsController::dateFormatSwitch()
     // Whatever was read, OK writes one of the two values.
     prefs.OKButton();
     QCOMPARE(storedText(QStringLiteral("LedgerwickDateFormat")), ukFormat ? QStringLiteral("0") : QStringLiteral("1"));
-}
-
-void TestPrefsController::savingDoesNotApplyDateFormatOrTermsAgain()
-{
-    PrefsController prefs(&m_app->platform);
-    prefs.readDefaults();
-    QSignalSpy datesSpy(&prefs, &PrefsController::dateFormatApplied);
-    QSignalSpy termsSpy(&prefs, &PrefsController::termsApplied);
-    prefs.controls().dateFormatColumn = 1;
-    prefs.controls().terms.orders = QStringLiteral("Jobs");
-    prefs.controls().terms.items = QStringLiteral("Parts");
-    prefs.OKButton();
-
-    QVERIFY(prefs.isUKFormat());
-    QCOMPARE(prefs.appliedTerms().orders, QStringLiteral("Orders"));
-    QCOMPARE(prefs.getTermOrders(), QStringLiteral("Jobs")); // the getters read the controls
-    QCOMPARE(datesSpy.count(), 0);
-    QCOMPARE(termsSpy.count(), 0);
-
-    PrefsController nextStart(&m_app->platform);
-    nextStart.readDefaults();
-    QVERIFY(!nextStart.isUKFormat());
-    QCOMPARE(nextStart.appliedTerms().orders, QStringLiteral("Jobs"));
-    QCOMPARE(nextStart.selectFromItemsTitle(), QStringLiteral("Select From Parts"));
 }
 
 void TestPrefsController::taxGetters_data()

@@ -1,13 +1,16 @@
-// The editor windows and list bars reach their managers: controls their state
-// fields, buttons their actions, a dropped file the attachments, the reports
-// pop-up its engine. The rules themselves are the managers' own tests.
+// The editor windows, the picker and the list bars reach their models: controls
+// their state fields, buttons their actions, a dropped file the attachments, the
+// reports pop-up its engine. The rules themselves are the models' own tests.
 #include "accounts/ActionManager.h"
 #include "accounts/BillManager.h"
+#include "core/RecordTable.h"
 #include "invoices/Stationery.h"
 #include "orders/BOMManager.h"
 #include "orders/OrderManager.h"
+#include "products/Picker.h"
 #include "products/Item.h"
 #include "support/AppFixture.h"
+#include "support/TestRecord.h"
 #include "support/Widgets.h"
 #include "ui/ActionEditor.h"
 #include "ui/BillEditor.h"
@@ -16,11 +19,17 @@
 #include "ui/MainWindow.h"
 #include "ui/MyImageView.h"
 #include "ui/OrderEditor.h"
+#include "ui/PickerWindow.h"
+#include "ui/integrityTableView.h"
 #include "ui/ReportsPanel.h"
 
+#include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QDialogButtonBox>
+#include <QHeaderView>
 #include <QFile>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
 #include <QTextEdit>
@@ -37,6 +46,7 @@ private Q_SLOTS:
     void billBarEnablesItsStartWithThePeriod();
     void takingAnOrder();
     void reportsPopUpAndButtonRunReports();
+    void pickerWindowForwardsTheUsersActions();
 };
 
 namespace {
@@ -183,6 +193,68 @@ void tst_EditorWindows::reportsPopUpAndButtonRunReports()
     app.addItem(u"P2"_s, u"Latch"_s, u"1"_s);
     QTest::mouseClick(panel->runButton(), Qt::LeftButton);
     QCOMPARE(view->model()->rowCount(), 2 + 2);
+}
+
+void tst_EditorWindows::pickerWindowForwardsTheUsersActions()
+{
+    RecordTable source;
+    for (const QString &name : {u"Bolt"_s, u"Acme"_s, u"Crane"_s}) // ids 1, 2, 3
+        source.add(std::make_shared<TestRecord>(name));
+    Picker picker;
+    QAbstractItemModelTester tester(&picker, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    PickerWindow window(&picker);
+    QList<dataObject *> picked;
+    const auto open = [&] {
+        picker.beginfor([&](dataObject *record) { picked << record; }, &source, u"name"_s, u"id"_s, u"Part"_s);
+    };
+    QTableView *table = window.table();
+    const auto shownNames = [&picker] {
+        QStringList names;
+        for (int row = 0; row < picker.rowCount(); ++row)
+            names << picker.index(row, 0).data().toString();
+        return names;
+    };
+
+    window.searchBox()->setText(u"left over"_s);
+    open();
+    QVERIFY(window.isVisible());
+    QCOMPARE(window.windowTitle(), u"Select Part"_s);
+    QCOMPARE(window.searchBox()->text(), u""_s);
+    // The headers name the fields shown, and the columns fit the width.
+    QCOMPARE(picker.headerData(0, Qt::Horizontal).toString(), u"Name"_s);
+    QCOMPARE(picker.headerData(1, Qt::Horizontal).toString(), u"Id"_s);
+    QTRY_VERIFY(!table->horizontalScrollBar()->isVisible());
+    // Down in the search field moves into the list, on its first row.
+    window.searchBox()->setFocus();
+    QTest::keyClick(window.searchBox(), Qt::Key_Down);
+    QCOMPARE(picker.selectedRow(), 0);
+    QTRY_VERIFY(table->hasFocus());
+
+    // Each header click sorts, the first with the flag set: largest first.
+    QHeaderView *header = table->horizontalHeader();
+    const QPoint section(header->sectionViewportPosition(0) + 5, header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, section);
+    QCOMPARE(shownNames(), (QStringList{u"Crane"_s, u"Bolt"_s, u"Acme"_s}));
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, section);
+    QCOMPARE(shownNames(), (QStringList{u"Acme"_s, u"Bolt"_s, u"Crane"_s}));
+
+    QTest::keyClicks(window.searchBox(), u"cr"_s);
+    QCOMPARE(shownNames(), QStringList{u"Crane"_s});
+    clickRow(table, table->model()->index(0, 0), false);
+    window.buttons()->button(QDialogButtonBox::Ok)->click();
+    QVERIFY(!window.isVisible());
+    QCOMPARE(picked, QList<dataObject *>{source.getItemById(3)});
+
+    open();
+    clickRow(table, table->model()->index(1, 0)); // opening again shows the source's order: Acme
+    QVERIFY(!window.isVisible());
+    QCOMPARE(picked.last(), source.getItemById(2));
+
+    open();
+    clickRow(table, table->model()->index(0, 0), false);
+    QTest::keyClick(&window, Qt::Key_Escape);
+    QVERIFY(!window.isVisible());
+    QCOMPARE(picked.size(), 2);
 }
 
 QTEST_MAIN(tst_EditorWindows)
