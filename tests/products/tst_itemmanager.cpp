@@ -3,6 +3,7 @@
 #include "products/Item.h"
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
+#include "support/CliRunner.h"
 
 #include <QAbstractItemModelTester>
 #include <QDir>
@@ -259,10 +260,7 @@ void tst_ItemManager::pictureFilesAndWebsiteFolder()
     const QString png = m_app->home(u"photo.png"_s);
     QVERIFY(picture(Qt::yellow).save(png));
     const QString notAPicture = m_app->home(u"notes.png"_s);
-    QFile text(notAPicture);
-    QVERIFY(text.open(QIODevice::WriteOnly));
-    text.write("plain text");
-    text.close();
+    QVERIFY(writeBytes(notAPicture, "plain text"));
 
     QVERIFY(!m_items->setImageFromFile(notAPicture));
     QVERIFY(m_items->editorState().image.isNull());

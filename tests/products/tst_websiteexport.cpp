@@ -202,22 +202,15 @@ void tst_WebsiteExport::bulkExportTakesFlaggedItemsInOrder()
     QVERIFY(QDir().mkpath(other + u"objects"_s));
 
     lwDataSource items;
-    auto shown = makeItem(u"A"_s, site());
-    shown->setExportSitemoss(true);
-    auto hidden = makeItem(u"B"_s, other, u"8.00"_s);
-    hidden->setExportSitemoss(true);
-    hidden->setVisible(false);
+    auto shown = makeItem(u"A"_s, site()), hidden = makeItem(u"B"_s, other, u"8.00"_s);
     auto unflagged = makeItem(u"C"_s, site());
-    auto first = makeItem(u"DUP"_s, site(), u"1.00"_s);
-    first->setExportSitemoss(true);
-    auto second = makeItem(u"DUP"_s, site(), u"2.00"_s);
-    second->setExportSitemoss(true);
-    auto lostA = makeItem(u"L1"_s, m_dir->filePath(u"gone1"_s));
-    lostA->setExportSitemoss(true);
-    auto lostB = makeItem(u"L2"_s, m_dir->filePath(u"gone2"_s));
-    lostB->setExportSitemoss(true);
-    for (const auto &item : {shown, lostB, hidden, unflagged, first, lostA, second})
+    auto first = makeItem(u"DUP"_s, site(), u"1.00"_s), second = makeItem(u"DUP"_s, site(), u"2.00"_s);
+    auto lostA = makeItem(u"L1"_s, m_dir->filePath(u"gone1"_s)), lostB = makeItem(u"L2"_s, m_dir->filePath(u"gone2"_s));
+    hidden->setVisible(false);
+    for (const auto &item : {shown, lostB, hidden, unflagged, first, lostA, second}) {
+        item->setExportSitemoss(item != unflagged);
         items.add(item);
+    }
 
     ScriptedPlatform platform;
     LogCapture log;

@@ -1,5 +1,6 @@
 #include "core/DatabasePaths.h"
 #include "support/AppFixture.h"
+#include "support/CliRunner.h"
 #include "reports/ReportItem.h"
 #include "reports/ReportManager.h"
 #include "support/LogCapture.h"
@@ -19,9 +20,8 @@ using Rows = std::vector<std::shared_ptr<ReportItem>>;
 
 bool writeFile(const QString &name, const QByteArray &bytes)
 {
-    QDir().mkpath(DatabasePaths::reportsFolder());
-    QFile file(DatabasePaths::reportsFolder() + u'/' + name);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    return QDir().mkpath(DatabasePaths::reportsFolder()) &&
+           writeBytes(DatabasePaths::reportsFolder() + u'/' + name, bytes);
 }
 
 // "<key>k</key><string>v</string>" for each pair, strings given as "v"

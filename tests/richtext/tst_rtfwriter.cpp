@@ -342,12 +342,9 @@ void TestRtfWriter::packageKeepsFilesThatAreNoPictures()
     const QString source = dir.filePath(QStringLiteral("source.rtfd"));
     QVERIFY(QDir().mkpath(source));
     const QByteArray terms("%PDF-1.4 terms and conditions");
-    for (const auto &[name, data] :
-         {std::pair{QStringLiteral("Terms 2024.pdf"), terms},
-          std::pair{QStringLiteral("TXT.rtf"), QByteArray("{\\rtf1 See {{\\NeXTGraphic Terms 2024.pdf \\width600 "
-                                                          "\\height600}\\'ac} attached.}")}}) {
-        QVERIFY(writeBytes(source + QLatin1Char('/') + name, data));
-    }
+    QVERIFY(writeBytes(source + QStringLiteral("/Terms 2024.pdf"), terms));
+    QVERIFY(writeBytes(source + QStringLiteral("/TXT.rtf"),
+                       "{\\rtf1 See {{\\NeXTGraphic Terms 2024.pdf \\width600 \\height600}\\'ac} attached.}"));
     QTextDocument document;
     QVERIFY(RtfReader().readFile(source, &document));
     QCOMPARE(document.toPlainText(), QStringLiteral("See \uFFFC attached."));

@@ -120,39 +120,31 @@ void tst_ItemEditor::boxesAndPopUpsReachTheirFields()
 {
     open();
     ItemEditorState &s = m_items->editorState();
-    const struct
-    {
-        const char *name;
-        bool *field;
-    } boxes[] = {{"decreaseQtyCheck", &s.decreaseQty},
-                 {"exportSitemossCheck", &s.exportSitemoss},
-                 {"hideButtonCodeCheck", &s.hideButtonCode}};
-    for (const auto &box : boxes) {
-        QCheckBox *check = control<QCheckBox>(QLatin1String(box.name));
-        *box.field = !*box.field;
+    const std::pair<const char *, bool *> boxes[] = {{"decreaseQtyCheck", &s.decreaseQty},
+                                                     {"exportSitemossCheck", &s.exportSitemoss},
+                                                     {"hideButtonCodeCheck", &s.hideButtonCode}};
+    for (const auto &[name, field] : boxes) {
+        QCheckBox *check = control<QCheckBox>(QLatin1String(name));
+        *field = !*field;
         m_editor->refresh();
-        QCOMPARE(check->isChecked(), *box.field);
+        QCOMPARE(check->isChecked(), *field);
         check->toggle();
         m_editor->writeBack();
-        QCOMPARE(*box.field, check->isChecked());
+        QCOMPARE(*field, check->isChecked());
     }
-    const struct
-    {
-        const char *name;
-        PopUp *field;
-    } popUps[] = {{"conditionCombo", &s.condition},
-                  {"statusCombo", &s.status},
-                  {"taxCodeCombo", &s.taxCode},
-                  {"quantityMethodCombo", &s.quantityMethod}};
-    for (const auto &popUp : popUps) {
-        QComboBox *combo = control<QComboBox>(QLatin1String(popUp.name));
-        QCOMPARE(combo->count(), popUp.field->entries.size());
-        popUp.field->index = 2;
+    const std::pair<const char *, PopUp *> popUps[] = {{"conditionCombo", &s.condition},
+                                                       {"statusCombo", &s.status},
+                                                       {"taxCodeCombo", &s.taxCode},
+                                                       {"quantityMethodCombo", &s.quantityMethod}};
+    for (const auto &[name, field] : popUps) {
+        QComboBox *combo = control<QComboBox>(QLatin1String(name));
+        QCOMPARE(combo->count(), field->entries.size());
+        field->index = 2;
         m_editor->refresh();
-        QCOMPARE(combo->currentText(), popUp.field->entries.at(2));
+        QCOMPARE(combo->currentText(), field->entries.at(2));
         combo->setCurrentIndex(1);
         m_editor->writeBack();
-        QCOMPARE(popUp.field->index, 1);
+        QCOMPARE(field->index, 1);
     }
     // Each tax code explains itself with the preferences' rate.
     QCOMPARE(control<QComboBox>(u"taxCodeCombo"_s)->itemData(0, Qt::ToolTipRole).toString(),
