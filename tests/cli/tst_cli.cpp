@@ -44,7 +44,7 @@ private Q_SLOTS:
     void helpAndVersion();
     void checkCountsWithoutWriting();
     void saveWritesEverythingAndReleasesTheLock();
-    void saveLeavesALockedBundleAlone();
+    void aStaleLockIsKeptUntilTakenOver();
     void missingBundleIsRefused();
     void badUsage();
     void exportsTheFlaggedItems();
@@ -54,10 +54,8 @@ private Q_SLOTS:
     void exportBadUsage();
     void importSavesAndReleasesTheLock();
     void importStopsAtARefusedField();
-    void importRefusesALockedBundle();
     void reportListsAndRuns();
     void overlappingCommandsLoseNothing();
-    void staleLocksAndMissingBundles();
     void backupsListAndRestore();
     void failuresGoToStandardError();
     void importV1SavesAndTellsAnEarlyEnd();
@@ -134,17 +132,24 @@ void TestCli::saveWritesEverythingAndReleasesTheLock()
     QVERIFY(orders.contains("<string>Oak &amp; brass, \"quoted\" 5 &gt; 4</string>"));
 }
 
-void TestCli::saveLeavesALockedBundleAlone()
+void TestCli::aStaleLockIsKeptUntilTakenOver()
 {
+    // The copy that left "lock.xml" no longer runs: saving and importing refuse
+    // and change nothing until asked to take the lock over.
     QVERIFY(writeBytes(bundle() + u"/lock.xml"_s,
                        "<plist version=\"1.0\"><dict><key>datetime</key><string>2007-03-01 14:05:09 +0000</string>"
                        "</dict></plist>"));
-    const QByteArray before = fileBytes(bundle() + u"/orders.xml"_s);
+    const auto before = snapshot(bundle());
     const Run run = db({u"save"_s});
     QCOMPARE(run.status, 3);
     QVERIFY(run.err.contains(QLatin1String("on 2007-03-01 14:05:09 +0000 is no longer running")));
-    QCOMPARE(fileBytes(bundle() + u"/orders.xml"_s), before);
-    QVERIFY(QFile::exists(bundle() + u"/lock.xml"_s));
+    QVERIFY(run.err.contains(u"--break-stale-lock"_s));
+    const QString file = home(u"stock.tdl"_s);
+    QVERIFY(writeBytes(file, "code\titem\rN1\tNail\r"));
+    QCOMPARE(db({u"import"_s, u"items"_s, file}).status, 3);
+    QCOMPARE(snapshot(bundle()), before); // the lock among them
+    QCOMPARE(db({u"save"_s, u"--break-stale-lock"_s}).status, 0);
+    QVERIFY(!QFile::exists(bundle() + u"/lock.xml"_s));
 }
 
 void TestCli::missingBundleIsRefused()
@@ -156,6 +161,8 @@ void TestCli::missingBundleIsRefused()
         QVERIFY(!run.err.contains(QLatin1String("Finished exporting items.")));
         QVERIFY(run.out.isEmpty());
     }
+    QCOMPARE(cli({u"save"_s, u"--db"_s, home(u"nowhere"_s)}).status, 1);
+    QVERIFY(!QFileInfo::exists(home(u"nowhere"_s))); // nor is one made
 }
 
 void TestCli::badUsage()
@@ -354,18 +361,6 @@ void TestCli::importStopsAtARefusedField()
     QVERIFY2(check.outBytes.contains("\nitems 2\n"), check.outBytes.constData());
 }
 
-void TestCli::importRefusesALockedBundle()
-{
-    QVERIFY(writeBytes(bundle() + u"/lock.xml"_s, QByteArray()));
-    const auto before = snapshot(bundle());
-    const QString file = home(u"stock.tdl"_s);
-    QVERIFY(writeBytes(file, "code\titem\rN1\tNail\r"));
-    const Run run = db({u"import"_s, u"items"_s, file});
-    QCOMPARE(run.status, 3);
-    QVERIFY(run.err.contains(QLatin1String("is no longer running")));
-    QCOMPARE(snapshot(bundle()), before);
-}
-
 void TestCli::reportListsAndRuns()
 {
     const Run list = cli({u"report"_s, u"--list"_s});
@@ -437,22 +432,6 @@ void TestCli::overlappingCommandsLoseNothing()
                  qPrintable(u"run %1: import %2, save %3: %4"_s.arg(run).arg(imported).arg(saved).arg(check.out)));
     }
     qInfo("%d of 20 runs found the other command holding the bundle", overlapped);
-}
-
-void TestCli::staleLocksAndMissingBundles()
-{
-    const Run missing = cli({u"save"_s, u"--db"_s, home(u"nowhere.lwkdb"_s)});
-    QCOMPARE(missing.status, 1);
-    QVERIFY(!QFileInfo::exists(home(u"nowhere.lwkdb"_s)));
-
-    // "lock.xml" without a running copy is taken over only when asked; the
-    // refusal itself is saveLeavesALockedBundleAlone's.
-    QVERIFY(writeBytes(bundle() + u"/lock.xml"_s,
-                       "<plist><dict><key>datetime</key><string>2024-01-02 03:04:05 +0000</string></dict></plist>"));
-    QVERIFY(db({u"save"_s}).err.contains(u"--break-stale-lock"_s));
-    const Run broken = db({u"save"_s, u"--break-stale-lock"_s});
-    QCOMPARE(broken.status, 0);
-    QVERIFY(!QFile::exists(bundle() + u"/lock.xml"_s));
 }
 
 void TestCli::backupsListAndRestore()
