@@ -10,6 +10,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+const QString kRichText = QStringLiteral(LW_TEST_DATA "/richtext/");
+
 using Run = CliRun;
 
 // Every file of the bundle with its bytes, to show that nothing was written.
@@ -60,10 +62,23 @@ private Q_SLOTS:
     void failuresGoToStandardError();
     void importV1SavesAndTellsAnEarlyEnd();
     void exportTakesAColumnFile();
+    void invoiceWritesEachFormat_data();
+    void invoiceWritesEachFormat();
+    void invoiceRefusesUnknownOrderOrTemplate_data();
+    void invoiceRefusesUnknownOrderOrTemplate();
+    void convertThroughEveryFormat();
+    void convertRtfdPackageBothWays();
+    void convertHtmlKeepsTablesAndPictures();
+    void convertWrongUsage_data();
+    void convertWrongUsage();
+    void convertUnreadableInput_data();
+    void convertUnreadableInput();
+    void convertUnwritableOutput();
 
 private:
     Run cli(const QStringList &args) { return m_home->run(args); }
     Run db(const QStringList &args) { return m_home->onBundle(args); } // on the copied bundle
+    Run convert(const QStringList &args) { return cli(QStringList{u"convert"_s} + args); }
     QString bundle() const { return m_home->bundle(); }
     QString home(const QString &name) const { return m_home->path(name); }
     std::unique_ptr<CliHome> m_home;
@@ -507,6 +522,161 @@ void TestCli::exportTakesAColumnFile()
     QVERIFY2(refused.err.contains(u"refused: names 2 columns but holds 1 widths, 1 titles and 1 fields"_s),
              qPrintable(refused.err));
     QVERIFY(refused.out.isEmpty());
+}
+
+void TestCli::invoiceWritesEachFormat_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("templateName"); // "" for the default
+    QTest::addColumn<QByteArray>("starts");    // the file's first bytes
+    QTest::addColumn<QByteArray>("holds");     // a piece of the filled text
+    QTest::addRow("pdf") << u"out.pdf"_s << u""_s << QByteArray("%PDF") << QByteArray();
+    QTest::addRow("text") << u"out.txt"_s << u""_s << QByteArray() << QByteArray("Brass hinge");
+    QTest::addRow("html") << u"out.html"_s << u"Invoice with tax"_s << QByteArray("<!DOCTYPE") << QByteArray("20.00");
+    QTest::addRow("rtfd") << u"out.rtfd/TXT.rtf"_s << u""_s << QByteArray("{\\rtf1") << QByteArray("Labour");
+    // A template of the user's own, in the stationery folder.
+    QTest::addRow("own template") << u"out.txt"_s << u"Mine"_s << QByteArray("Order ORD5 for Kitchen refit")
+                                  << QByteArray();
+}
+
+void TestCli::invoiceWritesEachFormat()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, templateName);
+    QFETCH(QByteArray, starts);
+    QFETCH(QByteArray, holds);
+    const QString stationery = home(u"Library/Application Support/Ledgerwick/stationary"_s);
+    QVERIFY(QDir().mkpath(stationery));
+    QVERIFY(writeBytes(stationery + u"/Mine.rtf"_s, "{\\rtf1 Order <ordernumber> for <title>\\par}"));
+    QStringList args = {u"invoice"_s, u"5"_s, u"--output"_s, home(file.section(u'/', 0, 0))};
+    if (!templateName.isEmpty())
+        args << u"--template"_s << templateName;
+    const CliRun run = db(args);
+    QVERIFY2(run.status == 0, qPrintable(run.err));
+    const QByteArray bytes = fileBytes(home(file));
+    QVERIFY2(bytes.startsWith(starts), bytes.left(40).constData());
+    QVERIFY(bytes.contains(holds));
+    QVERIFY(!bytes.contains("&lt;ordernumber") && !bytes.contains("<ordernumber>"));
+}
+
+void TestCli::invoiceRefusesUnknownOrderOrTemplate_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("unknown order") << QStringList{u"42"_s} << u"there is no order with the id 42"_s;
+    QTest::addRow("unknown template") << QStringList{u"5"_s, u"--template"_s, u"Quote"_s}
+                                      << u"there is no template called \"Quote\""_s;
+}
+
+void TestCli::invoiceRefusesUnknownOrderOrTemplate()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QString, message);
+    const CliRun run =
+        db(QStringList{u"invoice"_s} + args + QStringList{u"--output"_s, home(u"out.pdf"_s)});
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY(!QFile::exists(home(u"out.pdf"_s)));
+}
+
+void TestCli::convertThroughEveryFormat()
+{
+    // rtf -> html -> rtf -> txt, and txt -> rtf -> txt: the words survive.
+    QCOMPARE(convert({kRichText + u"cocoa.rtf"_s, home(u"a.html"_s)}).status, 0);
+    QCOMPARE(convert({home(u"a.html"_s), home(u"b.rtf"_s)}).status, 0);
+    QCOMPARE(convert({home(u"b.rtf"_s), home(u"c.txt"_s)}).status, 0);
+    const QString text = QString::fromUtf8(fileBytes(home(u"c.txt"_s)));
+    for (const char *words : {"Ledgerwick Trading", "Café crème", "Widget", "€12.50", "Total due: <total>"})
+        QVERIFY2(text.contains(QString::fromUtf8(words)), words);
+    QVERIFY(fileBytes(home(u"b.rtf"_s)).startsWith("{\\rtf1"));
+
+    QVERIFY(writeBytes(home(u"plain.txt"_s), "Line one {braces}\nLíne two\n"));
+    QCOMPARE(convert({home(u"plain.txt"_s), home(u"plain.rtf"_s)}).status, 0);
+    QCOMPARE(convert({home(u"plain.rtf"_s), home(u"again.txt"_s)}).status, 0);
+    QCOMPARE(fileBytes(home(u"again.txt"_s)), QByteArray("Line one {braces}\nLíne two\n"));
+    // A PDF is only written; what it holds is the printing's own test.
+    QCOMPARE(convert({kRichText + u"cocoa.rtf"_s, home(u"invoice.pdf"_s)}).status, 0);
+    QVERIFY(fileBytes(home(u"invoice.pdf"_s)).startsWith("%PDF-"));
+}
+
+void TestCli::convertRtfdPackageBothWays()
+{
+    QCOMPARE(convert({kRichText + u"picture.rtfd"_s, home(u"copy.rtfd"_s)}).status, 0);
+    QVERIFY(QFile::exists(home(u"copy.rtfd/TXT.rtf"_s)));
+    QVERIFY(QFile::exists(home(u"copy.rtfd/swatch.png"_s)));
+    // A folder given with its trailing slash, as a shell completes it.
+    QCOMPARE(convert({home(u"copy.rtfd/"_s), home(u"flat.rtf"_s)}).status, 0);
+    const QByteArray rtf = fileBytes(home(u"flat.rtf"_s));
+    QCOMPARE(rtf.count("\\pict\\pngblip"), 3);
+    QVERIFY(rtf.contains("Small again: "));
+}
+
+void TestCli::convertHtmlKeepsTablesAndPictures()
+{
+    QCOMPARE(convert({kRichText + u"libreoffice.rtf"_s, home(u"page.html"_s)}).status, 0);
+    const QByteArray html = fileBytes(home(u"page.html"_s));
+    QVERIFY(html.contains("<img src=\"data:image/png;base64,"));
+    QVERIFY(html.contains("Pay online"));
+    QCOMPARE(convert({kRichText + u"word1251.rtf"_s, home(u"table.html"_s)}).status, 0);
+    QVERIFY(fileBytes(home(u"table.html"_s)).contains("<table"));
+    // And back: the picture comes from its data URL.
+    QCOMPARE(convert({home(u"page.html"_s), home(u"back.rtf"_s)}).status, 0);
+    QCOMPARE(fileBytes(home(u"back.rtf"_s)).count("\\pict\\pngblip"), 1);
+}
+
+void TestCli::convertWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addRow("nothing") << QStringList();
+    QTest::addRow("one path") << QStringList{u"a.rtf"_s};
+    QTest::addRow("three paths") << QStringList{u"a.rtf"_s, u"b.rtf"_s, u"c.rtf"_s};
+    QTest::addRow("unknown output") << QStringList{kRichText + u"cocoa.rtf"_s, u"out.docx"_s};
+    QTest::addRow("unknown input") << QStringList{u"in.doc"_s, u"out.rtf"_s};
+    QTest::addRow("pdf is not read") << QStringList{u"in.pdf"_s, u"out.rtf"_s};
+}
+
+void TestCli::convertWrongUsage()
+{
+    QFETCH(QStringList, args);
+    const CliRun run = convert(args);
+    QCOMPARE(run.status, 2);
+    QVERIFY(run.err.contains(u"usage: ledgerwick-cli convert IN OUT"_s));
+    QVERIFY(run.out.isEmpty());
+}
+
+void TestCli::convertUnreadableInput_data()
+{
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QString>("message");
+    QTest::addRow("missing file") << u"missing.rtf"_s << u"missing.rtf"_s;
+    QTest::addRow("missing package") << u"missing.rtfd"_s << u"TXT.rtf"_s;
+    QTest::addRow("not rtf") << u"fake.rtf"_s << u"not in RTF format"_s;
+    QTest::addRow("missing html") << u"missing.html"_s << u"missing.html"_s;
+}
+
+void TestCli::convertUnreadableInput()
+{
+    QFETCH(QString, input);
+    QFETCH(QString, message);
+    QVERIFY(writeBytes(home(u"fake.rtf"_s), "Just some text.\n"));
+    const CliRun run = convert({home(input), home(u"out.txt"_s)});
+    QCOMPARE(run.status, 1);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QVERIFY(!QFile::exists(home(u"out.txt"_s)));
+}
+
+void TestCli::convertUnwritableOutput()
+{
+    for (const char *name : {"no/such/folder/out.rtf", "no/such/folder/out.pdf", "no/such/folder/out.txt"}) {
+        const QString out = home(QString::fromLatin1(name));
+        const CliRun run = convert({kRichText + u"cocoa.rtf"_s, out});
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.err.contains(out), qPrintable(run.err));
+    }
+    // An existing file in the way of a package folder is left alone.
+    QVERIFY(writeBytes(home(u"notes.rtfd"_s), "keep me"));
+    QCOMPARE(convert({kRichText + u"cocoa.rtf"_s, home(u"notes.rtfd"_s)}).status, 1);
+    QCOMPARE(fileBytes(home(u"notes.rtfd"_s)), QByteArray("keep me"));
 }
 
 QTEST_GUILESS_MAIN(TestCli)
