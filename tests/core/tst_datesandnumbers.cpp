@@ -1,10 +1,15 @@
+// Dates and numbers as text: read and written one way, whatever the user's locale.
 #include "core/CalendarDate.h"
+#include "core/NumberText.h"
 
 #include <QTest>
 
+#include <clocale>
+#include <cstdio>
+
 using namespace Qt::Literals::StringLiterals;
 
-class TestCalendarDate : public QObject
+class TestDatesAndNumbers : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -16,9 +21,15 @@ private Q_SLOTS:
     void addsByTheCalendar_data();
     void addsByTheCalendar();
     void comparesAndMeasures();
+    void readsLeadingFloats_data();
+    void readsLeadingFloats();
+    void readsLeadingIntegers_data();
+    void readsLeadingIntegers();
+    void formatsLikePrintf();
+    void ignoresTheUsersLocale();
 };
 
-void TestCalendarDate::parses_data()
+void TestDatesAndNumbers::parses_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("format");
@@ -40,14 +51,14 @@ void TestCalendarDate::parses_data()
     QTest::addRow("bad offset") << u"2007-03-01 14:05:09 +00"_s << u"%Y-%m-%d %H:%M:%S %z"_s << none;
 }
 
-void TestCalendarDate::parses()
+void TestDatesAndNumbers::parses()
 {
     QFETCH(QString, text);
     QFETCH(QString, format);
     QTEST(CalendarDate::fromString(text, format).toString(u"%Y-%m-%d %H:%M:%S"_s), "expected");
 }
 
-void TestCalendarDate::formats_data()
+void TestDatesAndNumbers::formats_data()
 {
     QTest::addColumn<QString>("format");
     QTest::addColumn<QString>("expected");
@@ -58,7 +69,7 @@ void TestCalendarDate::formats_data()
     QTest::addRow("percent and unknown") << u"100%% %q"_s << u"100% %q"_s;
 }
 
-void TestCalendarDate::formats()
+void TestDatesAndNumbers::formats()
 {
     QFETCH(QString, format);
     const CalendarDate date(QDate(2009, 3, 5), QTime(7, 8, 9), -(3600 + 1800));
@@ -66,7 +77,7 @@ void TestCalendarDate::formats()
     QCOMPARE(CalendarDate().toString(format), QString());
 }
 
-void TestCalendarDate::roundTripsEveryPattern()
+void TestDatesAndNumbers::roundTripsEveryPattern()
 {
     const QStringList formats{"%d/%m/%y", "%m/%d/%y", "%d/%m/%y %H:%M", "%m/%d/%y %H:%M", "%Y-%m-%d %H:%M:%S %z"};
     const CalendarDate dates[] = {
@@ -87,7 +98,7 @@ void TestCalendarDate::roundTripsEveryPattern()
     }
 }
 
-void TestCalendarDate::addsByTheCalendar_data()
+void TestDatesAndNumbers::addsByTheCalendar_data()
 {
     QTest::addColumn<QDate>("start");
     QTest::addColumn<int>("years");
@@ -101,7 +112,7 @@ void TestCalendarDate::addsByTheCalendar_data()
     QTest::addRow("back across the year") << QDate(2009, 1, 10) << 0 << -2 << -10 << QDate(2008, 10, 31);
 }
 
-void TestCalendarDate::addsByTheCalendar()
+void TestDatesAndNumbers::addsByTheCalendar()
 {
     QFETCH(QDate, start);
     QFETCH(int, years);
@@ -113,7 +124,7 @@ void TestCalendarDate::addsByTheCalendar()
     QVERIFY(!CalendarDate().addYearsMonthsDays(0, 1, 0).isValid());
 }
 
-void TestCalendarDate::comparesAndMeasures()
+void TestDatesAndNumbers::comparesAndMeasures()
 {
     const CalendarDate jan(QDate(2007, 1, 15));
     const CalendarDate feb(QDate(2007, 2, 1));
@@ -128,5 +139,91 @@ void TestCalendarDate::comparesAndMeasures()
     QVERIFY(now > jan);
 }
 
-QTEST_GUILESS_MAIN(TestCalendarDate)
-#include "tst_calendardate.moc"
+void TestDatesAndNumbers::readsLeadingFloats_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<float>("expected");
+    QTest::addRow("thousands comma stops") << "1,250.00" << 1.0f;
+    QTest::addRow("leading space") << "  \t3.25kg" << 3.25f;
+    QTest::addRow("currency first") << QString::fromUtf8("\u00a35") << 0.0f;
+    QTest::addRow("negative") << "-7.5" << -7.5f;
+    QTest::addRow("leading point") << ".5" << 0.5f;
+    QTest::addRow("trailing point") << "5." << 5.0f;
+    QTest::addRow("lone point") << "." << 0.0f;
+    QTest::addRow("exponent") << "1e3" << 1000.0f;
+    QTest::addRow("dangling exponent") << "2e" << 2.0f;
+    QTest::addRow("percent") << "17.5%" << 17.5f;
+    QTest::addRow("single precision") << "0.1" << 0.1f;
+}
+
+void TestDatesAndNumbers::readsLeadingFloats()
+{
+    QFETCH(QString, text);
+    QFETCH(float, expected);
+    QCOMPARE(NumberText::floatValue(text), expected);
+    QCOMPARE(float(NumberText::doubleValue(text)), expected);
+}
+
+void TestDatesAndNumbers::readsLeadingIntegers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("expected");
+    QTest::addRow("plain") << "42" << 42;
+    QTest::addRow("suffix") << "12abc" << 12;
+    QTest::addRow("decimals cut") << "1.9" << 1;
+    QTest::addRow("space and sign") << "  -8" << -8;
+    QTest::addRow("empty") << "" << 0;
+    QTest::addRow("words") << "x1" << 0;
+    QTest::addRow("saturates high") << "99999999999" << 2147483647;
+    QTest::addRow("saturates low") << "-99999999999" << int(-2147483648LL);
+}
+
+void TestDatesAndNumbers::readsLeadingIntegers()
+{
+    QFETCH(QString, text);
+    QTEST(NumberText::intValue(text), "expected");
+}
+
+void TestDatesAndNumbers::formatsLikePrintf()
+{
+    const char *floatFormats[] = {"%.2f",   "%1.2f", "%f",   "%.0f", "%8.3f", "%-8.1f|",        "%+.2f",
+                                  "%08.2f", "%e",    "%.3E", "%g",   "%.10g", "Total: %.2f GBP"};
+    QList<float> values{0.0f,   -0.0f, 0.005f,       0.015f,    0.125f, 1.005f,     2.675f,
+                        120.0f, 1e-7f, 123456789.0f, -3.14159f, 1e30f,  16777217.0f};
+    char expected[512];
+    for (float value : values) {
+        for (const char *format : floatFormats) {
+            std::snprintf(expected, sizeof expected, format, double(value));
+            QCOMPARE(NumberText::format(format, double(value)), QString::fromLatin1(expected));
+        }
+    }
+    const char *intFormats[] = {"%i", "%d", "%5i", "%-5d|", "%05i", "%.3d", "%+i", "#%i"};
+    const QList<int> ints{0, 1, -1, 42, -42, 123456, INT_MAX, INT_MIN};
+    for (int value : ints) {
+        for (const char *format : intFormats) {
+            std::snprintf(expected, sizeof expected, format, value);
+            QCOMPARE(NumberText::format(format, value), QString::fromLatin1(expected));
+        }
+    }
+    QCOMPARE(NumberText::format("%i", 7.9), QStringLiteral("7"));
+    QCOMPARE(NumberText::format("%i", 1e12), QStringLiteral("2147483647"));
+    QCOMPARE(NumberText::format("%i", -1e12), QStringLiteral("-2147483648"));
+    QCOMPARE(NumberText::twoDecimals(140.0f), QStringLiteral("140.00"));
+    QCOMPARE(NumberText::sixDecimals(20.0f), QStringLiteral("20.000000"));
+}
+
+void TestDatesAndNumbers::ignoresTheUsersLocale()
+{
+    const char *previous = std::setlocale(LC_NUMERIC, nullptr);
+    const std::string saved = previous ? previous : "C";
+    // A locale with a decimal comma, when the machine has one.
+    const bool haveComma = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") || std::setlocale(LC_NUMERIC, "fr_FR.UTF-8");
+    QCOMPARE(NumberText::floatValue(QStringLiteral("2.5")), 2.5f);
+    QCOMPARE(NumberText::format("%.2f", 2.5), QStringLiteral("2.50"));
+    std::setlocale(LC_NUMERIC, saved.c_str());
+    if (!haveComma)
+        QSKIP("no decimal-comma locale installed; the C-locale results were checked");
+}
+
+QTEST_GUILESS_MAIN(TestDatesAndNumbers)
+#include "tst_datesandnumbers.moc"
