@@ -15,6 +15,17 @@ std::shared_ptr<TestRecord> rec(const QString &name, int id = 0)
     return std::make_shared<TestRecord>(name, id);
 }
 
+// A record added to the list, with one field set when a field is named.
+std::shared_ptr<TestRecord> add(lwDataSource &source, const QString &name, const QString &field = {},
+                                const QString &value = {}, int id = 0)
+{
+    auto record = rec(name, id);
+    if (!field.isEmpty())
+        record->fields.insert(field, value);
+    source.add(record);
+    return record;
+}
+
 // A table that shows each record's fields, as the managers do.
 class FieldTable : public lwDataSource
 {
@@ -45,7 +56,6 @@ private Q_SLOTS:
     void clearStartsIdsAgainAndNextIdCounts();
     void visibleRowsCountOnlyVisibleRecords();
     void itemByIdFindsTheEarliestAndFollowsIdChanges();
-    void walkVisitsEveryRecordInOrder();
     void swopAndDelete();
     void sortsText_data();
     void sortsText();
@@ -58,27 +68,12 @@ private Q_SLOTS:
 void TestLwDataSource::idsFollowTheAddRule()
 {
     lwDataSource source;
-    auto a = rec(QStringLiteral("a")), b = rec(QStringLiteral("b")), c = rec(QStringLiteral("c"));
-    source.add(a);
-    source.add(b);
-    source.add(c);
-    QCOMPARE(a->getID(), 1);
-    QCOMPARE(b->getID(), 2);
-    QCOMPARE(c->getID(), 3);
-
-    auto ten = rec(QStringLiteral("ten"), 10);
-    source.add(ten);
-    auto next = rec(QStringLiteral("next"));
-    source.add(next);
-    QCOMPARE(next->getID(), 11);
-    auto five = rec(QStringLiteral("five"), 5);
-    source.add(five);
-    QCOMPARE(five->getID(), 5);
+    QList<int> ids;
+    for (int given : {0, 0, 0, 10, 0, 5, 2})
+        ids << add(source, QString::number(given), {}, {}, given)->getID();
+    // A given id is kept, even a duplicate; the others follow the highest so far.
+    QCOMPARE(ids, (QList<int>{1, 2, 3, 10, 11, 5, 2}));
     QCOMPARE(source.highestId(), 11);
-    // A duplicate id is kept as it is.
-    auto dup = rec(QStringLiteral("dup"), 2);
-    source.add(dup);
-    QCOMPARE(dup->getID(), 2);
     QCOMPARE(source.getCount(), 7);
     source.add(nullptr);
     QCOMPARE(source.getCount(), 7);
@@ -90,25 +85,19 @@ void TestLwDataSource::clearStartsIdsAgainAndNextIdCounts()
     QCOMPARE(fresh.getNextId(), 1);
     QCOMPARE(fresh.getNextId(), 2);
     // An id handed out by getNextId is not reused by add.
-    auto r = rec(QStringLiteral("r"));
-    fresh.add(r);
-    QCOMPARE(r->getID(), 3);
-
+    QCOMPARE(add(fresh, QStringLiteral("r"))->getID(), 3);
     fresh.clear();
     QCOMPARE(fresh.getCount(), 0);
-    auto again = rec(QStringLiteral("again"));
-    fresh.add(again);
-    QCOMPARE(again->getID(), 1);
+    QCOMPARE(add(fresh, QStringLiteral("again"))->getID(), 1);
 }
 
 void TestLwDataSource::visibleRowsCountOnlyVisibleRecords()
 {
     lwDataSource source;
-    auto a = rec(QStringLiteral("A")), b = rec(QStringLiteral("B")), c = rec(QStringLiteral("C"));
+    auto a = rec(QStringLiteral("A"));
     a->setVisible(false);
     source.add(a);
-    source.add(b);
-    source.add(c);
+    auto b = add(source, QStringLiteral("B")), c = add(source, QStringLiteral("C"));
     QCOMPARE(source.numberOfRowsInTableView(), 2);
     QCOMPARE(source.rowCount(), 2);
     QCOMPARE(source.getnthVisibleItem(0), b.get());
@@ -126,23 +115,20 @@ void TestLwDataSource::visibleRowsCountOnlyVisibleRecords()
     QCOMPARE(source.getnthVisibleItem(1), b.get());
     QCOMPARE(source.getnthVisibleItem(-1), nullptr);
     // Adding after the index is built keeps it right.
-    auto d = rec(QStringLiteral("D"));
-    source.add(d);
-    QCOMPARE(source.getnthVisibleItem(2), d.get());
+    QCOMPARE(source.getnthVisibleItem(2), add(source, QStringLiteral("D")).get());
 }
 
 void TestLwDataSource::itemByIdFindsTheEarliestAndFollowsIdChanges()
 {
     lwDataSource source;
-    auto first = rec(QStringLiteral("first"), 4);
-    auto second = rec(QStringLiteral("second"), 4);
-    auto other = rec(QStringLiteral("other"), 9);
-    source.add(first);
-    source.add(second);
-    source.add(other);
+    auto first = add(source, QStringLiteral("first"), {}, {}, 4);
+    auto second = add(source, QStringLiteral("second"), {}, {}, 4);
+    auto other = add(source, QStringLiteral("other"), {}, {}, 9);
     QCOMPARE(source.getItemById(4), first.get());
     QCOMPARE(source.getItemById(9), other.get());
     QCOMPARE(source.getItemById(5), nullptr);
+    QCOMPARE(add(source, QStringLiteral("late"))->getID(), 10); // added after a lookup: the index takes it in
+    QCOMPARE(source.getItemById(10)->getFieldByName(QStringLiteral("name")), QStringLiteral("late"));
 
     // Ids overwritten after adding (as loading does) are found under the new id.
     first->setID(12);
@@ -155,29 +141,11 @@ void TestLwDataSource::itemByIdFindsTheEarliestAndFollowsIdChanges()
     QCOMPARE(source.getItemById(9), other.get());
 }
 
-void TestLwDataSource::walkVisitsEveryRecordInOrder()
-{
-    lwDataSource source;
-    QCOMPARE(source.getFirstItem(), nullptr);
-    auto a = rec(QStringLiteral("a")), b = rec(QStringLiteral("b"));
-    source.add(a);
-    QCOMPARE(source.getFirstItem(), a.get());
-    QCOMPARE(source.getItemById(1), a.get());
-    source.add(b); // after a lookup: the index takes it in
-    QCOMPARE(source.getItemById(2), b.get());
-    QCOMPARE(source.getNextItem(a.get()), b.get());
-    QCOMPARE(source.getNextItem(b.get()), nullptr);
-    TestRecord stranger(QStringLiteral("x"), 1);
-    QCOMPARE(source.getNextItem(&stranger), nullptr);
-}
-
 void TestLwDataSource::swopAndDelete()
 {
     lwDataSource source;
-    auto a = rec(QStringLiteral("a")), b = rec(QStringLiteral("b")), c = rec(QStringLiteral("c"));
-    source.add(a);
-    source.add(b);
-    source.add(c);
+    auto a = add(source, QStringLiteral("a")), b = add(source, QStringLiteral("b")),
+         c = add(source, QStringLiteral("c"));
     TestRecord stranger(QStringLiteral("x"));
     source.swop(a.get(), &stranger);
     QCOMPARE(namesInOrder(source), QStringList({"a", "b", "c"}));
@@ -189,9 +157,8 @@ void TestLwDataSource::swopAndDelete()
     source.deleteItem(c.get());
     QCOMPARE(namesInOrder(source), QStringList({"b", "a"}));
     QCOMPARE(source.highestId(), 3);
-    auto d = rec(QStringLiteral("d"));
-    source.add(d);
-    QCOMPARE(d->getID(), 4);
+    QCOMPARE(add(source, QStringLiteral("d"))->getID(), 4);
+    QCOMPARE(source.getFirstItem(), b.get());
 }
 
 void TestLwDataSource::sortsText_data()
@@ -213,62 +180,47 @@ void TestLwDataSource::sortsText()
     QFETCH(QStringList, values);
     QFETCH(bool, ascending);
     QFETCH(int, options);
-    QFETCH(QStringList, expected);
     lwDataSource source;
-    for (const QString &v : values) {
-        auto r = rec(v);
-        r->fields.insert(QStringLiteral("title"), v);
-        source.add(r);
-    }
+    for (const QString &v : values)
+        add(source, v, QStringLiteral("title"), v);
     source.sortByColumn(QStringLiteral("title"), ascending, options);
-    QCOMPARE(namesInOrder(source), expected);
+    QTEST(namesInOrder(source), "expected");
 }
 
 void TestLwDataSource::sortsDatesAndKeepsTheCache()
 {
+    const QString date = QStringLiteral("date");
     lwDataSource source;
-    auto feb = rec(QStringLiteral("feb")), jan = rec(QStringLiteral("jan")), bad = rec(QStringLiteral("bad"));
-    feb->fields.insert(QStringLiteral("date"), QStringLiteral("01/02/07"));
-    jan->fields.insert(QStringLiteral("date"), QStringLiteral("15/01/07"));
-    bad->fields.insert(QStringLiteral("date"), QStringLiteral("someday"));
-    source.add(feb);
-    source.add(jan);
+    add(source, QStringLiteral("feb"), date, QStringLiteral("01/02/07"));
+    auto jan = add(source, QStringLiteral("jan"), date, QStringLiteral("15/01/07"));
     source.sortByColumn(QStringLiteral("date"), false, 2);
     QCOMPARE(namesInOrder(source), QStringList({"jan", "feb"}));
     QCOMPARE(jan->getNSDate(), CalendarDate(QDate(2007, 1, 15)));
 
     // The cache wins over a later change of the text.
-    jan->fields.insert(QStringLiteral("date"), QStringLiteral("01/12/07"));
+    jan->fields.insert(date, QStringLiteral("01/12/07"));
     source.sortByColumn(QStringLiteral("date"), false, 2);
     QCOMPARE(namesInOrder(source), QStringList({"jan", "feb"}));
 
     // An undated record stays in place: records do not move across it.
     lwDataSource mixed;
-    auto late = rec(QStringLiteral("late")), early = rec(QStringLiteral("early"));
-    late->fields.insert(QStringLiteral("date"), QStringLiteral("01/01/09"));
-    early->fields.insert(QStringLiteral("date"), QStringLiteral("01/01/08"));
-    mixed.add(late);
-    mixed.add(bad);
-    mixed.add(early);
+    add(mixed, QStringLiteral("late"), date, QStringLiteral("01/01/09"));
+    auto bad = add(mixed, QStringLiteral("bad"), date, QStringLiteral("someday"));
+    add(mixed, QStringLiteral("early"), date, QStringLiteral("01/01/08"));
     mixed.sortByColumn(QStringLiteral("date"), false, 2);
     QCOMPARE(namesInOrder(mixed), QStringList({"late", "bad", "early"}));
     QVERIFY(!bad->getNSDate().isValid());
 
     // A single record is never compared, so nothing is cached.
     lwDataSource single;
-    auto only = rec(QStringLiteral("only"));
-    only->fields.insert(QStringLiteral("date"), QStringLiteral("03/03/03"));
-    single.add(only);
+    auto only = add(single, QStringLiteral("only"), date, QStringLiteral("03/03/03"));
     single.sortByColumn(QStringLiteral("date"), false, 2);
     QVERIFY(!only->getNSDate().isValid());
 
     // "name" sorts by surname.
     lwDataSource people;
-    auto x = rec(QStringLiteral("Zed")), y = rec(QStringLiteral("Amy"));
-    x->fields.insert(QStringLiteral("surname"), QStringLiteral("Adams"));
-    y->fields.insert(QStringLiteral("surname"), QStringLiteral("Young"));
-    people.add(y);
-    people.add(x);
+    add(people, QStringLiteral("Amy"), QStringLiteral("surname"), QStringLiteral("Young"));
+    add(people, QStringLiteral("Zed"), QStringLiteral("surname"), QStringLiteral("Adams"));
     people.sortByColumn(QStringLiteral("name"), false);
     QCOMPARE(namesInOrder(people), QStringList({"Zed", "Amy"}));
 }
@@ -287,11 +239,9 @@ void TestLwDataSource::modelAnnouncesChanges()
     QSignalSpy removed(&table, &QAbstractItemModel::rowsRemoved);
     auto hidden = rec(QStringLiteral("hidden"));
     hidden->setVisible(false);
-    auto shown = rec(QStringLiteral("shown"));
-    shown->fields.insert(QStringLiteral("qty"), QStringLiteral("3"));
     table.add(hidden);
     QCOMPARE(inserted.count(), 0); // a hidden record adds no row
-    table.add(shown);
+    auto shown = add(table, QStringLiteral("shown"), QStringLiteral("qty"), QStringLiteral("3"));
     QCOMPARE(inserted.count(), 1);
     QCOMPARE(inserted.at(0).at(1).toInt(), 0);
     QCOMPARE(table.rowCount(), 1);
@@ -323,14 +273,9 @@ void TestLwDataSource::headerClickSortsAndSelectionFollows()
     QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
     table.setColumns(
         {{QStringLiteral("name"), QStringLiteral("Name"), 100}, {QStringLiteral("date"), QStringLiteral("Date"), 80}});
-    const QStringList names{"b", "c", "a"};
-    const QStringList dates{"01/02/07", "15/01/07", "02/03/07"};
-    for (int i = 0; i < 3; ++i) {
-        auto r = rec(names.at(i));
-        r->fields.insert(QStringLiteral("surname"), names.at(i));
-        r->fields.insert(QStringLiteral("date"), dates.at(i));
-        table.add(r);
-    }
+    for (const auto &[name, date] : {std::pair{"b", "01/02/07"}, {"c", "15/01/07"}, {"a", "02/03/07"}})
+        add(table, QLatin1String(name), QStringLiteral("date"), QLatin1String(date))
+            ->fields.insert(QStringLiteral("surname"), QLatin1String(name));
     QItemSelectionModel selection(&table);
     table.setTableSelection(&selection);
     selection.select(table.index(0, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);

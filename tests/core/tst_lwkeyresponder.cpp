@@ -54,13 +54,9 @@ class TestLwKeyResponder : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void deleteKeysReachTheOwner_data();
-    void deleteKeysReachTheOwner();
-    void lettersDoNothing();
-    void arrowsStillMoveTheSelection();
-    void keysTheViewIgnoresGoNoFurther();
-    void enterOpensTheSelectedRow_data();
-    void enterOpensTheSelectedRow();
+    void keysReachTheOwnerOrStop_data();
+    void keysReachTheOwnerOrStop();
+    void withoutTheResponderKeysTravelOn();
 
 private:
     Parent *m_parent = nullptr;
@@ -97,84 +93,54 @@ void TestLwKeyResponder::cleanup()
     delete m_parent;
 }
 
-void TestLwKeyResponder::deleteKeysReachTheOwner_data()
+void TestLwKeyResponder::keysReachTheOwnerOrStop_data()
 {
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addRow("forward delete") << int(Qt::Key_Delete) << int(Qt::NoModifier);
-    QTest::addRow("backspace") << int(Qt::Key_Backspace) << int(Qt::NoModifier);
-    QTest::addRow("shifted delete") << int(Qt::Key_Delete) << int(Qt::ShiftModifier);
+    QTest::addColumn<QList<int>>("keys"); // each a key with its modifiers
+    QTest::addColumn<int>("selected");    // the row selected first: -1 none, -2 the first, as opened
+    QTest::addColumn<int>("row");         // the current row after
+    QTest::addColumn<int>("deletes");
+    QTest::addColumn<int>("edits");
+    const int shift = Qt::ShiftModifier;
+    QTest::addRow("forward delete") << QList<int>{Qt::Key_Delete} << -2 << 0 << 1 << 0;
+    QTest::addRow("backspace") << QList<int>{Qt::Key_Backspace} << -2 << 0 << 1 << 0;
+    QTest::addRow("shifted delete") << QList<int>{shift | Qt::Key_Delete} << -2 << 0 << 1 << 0;
+    QTest::addRow("letters: no type-to-select") << QList<int>{Qt::Key_C, Qt::Key_H, Qt::Key_E} << -2 << 0 << 0 << 0;
+    QTest::addRow("arrows still move") << QList<int>{Qt::Key_Down, int(Qt::ControlModifier) | Qt::Key_End, Qt::Key_Up}
+                                       << -2 << 1 << 0 << 0;
+    QTest::addRow("a key the view ignores") << QList<int>{Qt::Key_F7} << -2 << 0 << 0 << 0;
+    QTest::addRow("return") << QList<int>{Qt::Key_Return} << 1 << 1 << 0 << 1;
+    QTest::addRow("keypad enter") << QList<int>{int(Qt::KeypadModifier) | Qt::Key_Enter} << 1 << 1 << 0 << 1;
+    QTest::addRow("return, nothing selected") << QList<int>{Qt::Key_Return} << -1 << 0 << 0 << 0;
+    QTest::addRow("shift return") << QList<int>{shift | Qt::Key_Return} << 1 << 1 << 0 << 0;
 }
 
-void TestLwKeyResponder::deleteKeysReachTheOwner()
+void TestLwKeyResponder::keysReachTheOwnerOrStop()
 {
-    QFETCH(int, key);
-    QFETCH(int, modifiers);
-    QTest::keyClick(m_view, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-    QCOMPARE(m_manager->deletes, 1);
-    QCOMPARE(m_manager->lastSender, m_responder);
-    QCOMPARE(m_parent->keys, 0);
-    // The responder's own deleteKey does nothing.
-    m_responder->deleteKey(nullptr);
-    QCOMPARE(m_manager->deletes, 1);
+    QFETCH(QList<int>, keys);
+    QFETCH(int, selected);
+    QFETCH(int, deletes);
+    QFETCH(int, edits);
+    if (selected >= 0)
+        m_view->selectRow(selected);
+    else if (selected == -1)
+        m_view->clearSelection();
+    for (int key : keys)
+        QTest::keyClick(m_view, Qt::Key(key & ~Qt::KeyboardModifierMask),
+                        Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
+    QTEST(m_view->currentIndex().row(), "row");
+    QCOMPARE(m_manager->deletes, deletes);
+    QCOMPARE(m_manager->edits, edits);
+    QCOMPARE(m_manager->lastSender, deletes + edits ? m_responder : nullptr);
+    QCOMPARE(m_parent->keys, 0); // nothing travels past the table
 }
 
-void TestLwKeyResponder::lettersDoNothing()
+void TestLwKeyResponder::withoutTheResponderKeysTravelOn()
 {
-    QTest::keyClicks(m_view, QStringLiteral("cherry"));
-    QCOMPARE(m_view->currentIndex().row(), 0); // no type-to-select
+    m_responder->deleteKey(nullptr); // the responder's own deleteKey does nothing
     QCOMPARE(m_manager->deletes, 0);
-    QCOMPARE(m_parent->keys, 0);
-}
-
-void TestLwKeyResponder::arrowsStillMoveTheSelection()
-{
-    QTest::keyClick(m_view, Qt::Key_Down);
-    QCOMPARE(m_view->currentIndex().row(), 1);
-    QTest::keyClick(m_view, Qt::Key_End, Qt::ControlModifier);
-    QCOMPARE(m_view->currentIndex().row(), 2);
-    QTest::keyClick(m_view, Qt::Key_Up);
-    QCOMPARE(m_view->currentIndex().row(), 1);
-    QCOMPARE(m_manager->deletes, 0);
-}
-
-void TestLwKeyResponder::keysTheViewIgnoresGoNoFurther()
-{
-    QTest::keyClick(m_view, Qt::Key_F7);
-    QTest::keyClick(m_view, Qt::Key_Return);
-    QCOMPARE(m_parent->keys, 0);
-    // Without the responder the same key travels on to the parent.
     m_view->removeEventFilter(m_responder);
     QTest::keyClick(m_view, Qt::Key_F7);
     QCOMPARE(m_parent->keys, 1);
-}
-
-void TestLwKeyResponder::enterOpensTheSelectedRow_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<bool>("selected");
-    QTest::addColumn<int>("edits");
-    QTest::addRow("return") << int(Qt::Key_Return) << int(Qt::NoModifier) << true << 1;
-    QTest::addRow("keypad enter") << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << true << 1;
-    QTest::addRow("nothing selected") << int(Qt::Key_Return) << int(Qt::NoModifier) << false << 0;
-    QTest::addRow("shift return") << int(Qt::Key_Return) << int(Qt::ShiftModifier) << true << 0;
-}
-
-void TestLwKeyResponder::enterOpensTheSelectedRow()
-{
-    QFETCH(int, key);
-    QFETCH(int, modifiers);
-    QFETCH(bool, selected);
-    QFETCH(int, edits);
-    if (selected)
-        m_view->selectRow(1);
-    else
-        m_view->clearSelection();
-    QTest::keyClick(m_view, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-    QCOMPARE(m_manager->edits, edits);
-    QCOMPARE(m_manager->lastSender, edits ? m_responder : nullptr);
-    QCOMPARE(m_parent->keys, 0);
 }
 
 QTEST_MAIN(TestLwKeyResponder)

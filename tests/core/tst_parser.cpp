@@ -149,8 +149,7 @@ void tst_Parser::items_data()
 void tst_Parser::items()
 {
     QFETCH(QByteArray, input);
-    QFETCH(QStringList, expected);
-    QCOMPARE(walk(input), expected);
+    QTEST(walk(input), "expected");
 }
 
 void tst_Parser::afterTheEndEveryCallIsNone_data()
@@ -206,12 +205,11 @@ void tst_Parser::tagLimit_data()
 void tst_Parser::tagLimit()
 {
     QFETCH(QByteArray, input);
-    QFETCH(QStringList, expected);
     QFETCH(bool, stopped);
 
     Parser parser;
     parser.initWithData(input);
-    QCOMPARE(walk(parser), expected);
+    QTEST(walk(parser), "expected");
     QCOMPARE(parser.stopped(), stopped);
     if (stopped) {
         QVERIFY(!parser.getItem());
@@ -275,7 +273,6 @@ void tst_Parser::file()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, bytes);
-    QFETCH(QStringList, expected);
 
     QTemporaryDir home;
     QVERIFY(home.isValid());
@@ -292,7 +289,7 @@ void tst_Parser::file()
 
     QCOMPARE(log.lines(), QStringList{u"%1 bytes read"_s.arg(bytes.size())});
     QCOMPARE(parser.length(), quint32(bytes.size()));
-    QCOMPARE(walk(parser), expected);
+    QTEST(walk(parser), "expected");
 }
 
 void tst_Parser::replaceSubstring_data()

@@ -1,13 +1,12 @@
 #include "core/DatabasePaths.h"
 #include "prefs/PrefsController.h"
 #include "support/AppFixture.h"
+#include "support/Widgets.h"
 #include "ui/NotepadWindow.h"
 #include "ui/PrefsWindow.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -15,7 +14,6 @@
 #include <QSettings>
 #include <QTabWidget>
 #include <QTest>
-#include <QTextDocument>
 #include <QTextEdit>
 
 #include <memory>
@@ -27,22 +25,14 @@ QVariant stored(const QString &key)
     return QSettings(QStringLiteral("Ledgerwick"), QStringLiteral("Ledgerwick")).value(key);
 }
 
-template<typename T> T *child(QWidget *window, const char *name)
-{
-    T *widget = window->findChild<T *>(QLatin1String(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
-
 } // namespace
 
 class TestPrefsWindow : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { m_app = std::make_unique<AppFixture>(); }
-    void cleanup() { m_app.reset(); }
+    void init() { m = std::make_unique<Fixture>(); }
+    void cleanup() { m.reset(); }
 
     void showsTheStoreAfterReadDefaults();
     void editsReachTheGettersCancelStoresNothing();
@@ -52,7 +42,21 @@ private Q_SLOTS:
     void notepadEditsTheControllersDocument();
 
 private:
-    std::unique_ptr<AppFixture> m_app;
+    template<typename T> T *child(const char *name) { return control<T>(&m->window, QLatin1String(name)); }
+    void click(const char *button) { clickButton(&m->window, QLatin1String(button)); }
+    void showRead() // the stored preferences read, the window shown
+    {
+        m->prefs.readDefaults();
+        m->window.show();
+    }
+
+    struct Fixture
+    {
+        AppFixture app;
+        PrefsController prefs{&app.platform};
+        PrefsWindow window{&prefs};
+    };
+    std::unique_ptr<Fixture> m;
 };
 
 void TestPrefsWindow::showsTheStoreAfterReadDefaults()
@@ -64,128 +68,115 @@ void TestPrefsWindow::showsTheStoreAfterReadDefaults()
         settings.setValue(QStringLiteral("LedgerwickTermOrders"), QStringLiteral("Jobs"));
         settings.setValue(QStringLiteral("LedgerwickStatuses"), QStringLiteral("New\nDone"));
     }
-    PrefsController prefs(&m_app->platform);
-    PrefsWindow window(&prefs);
-    prefs.readDefaults();
+    m->prefs.readDefaults();
 
-    QCOMPARE(child<QLineEdit>(&window, "taxRateEdit")->text(), QStringLiteral("17.5"));
-    QCOMPARE(child<QLineEdit>(&window, "currencyEdit")->text(), QStringLiteral("£"));
-    QVERIFY(child<QRadioButton>(&window, "monthFirstRadio")->isChecked());
-    QCOMPARE(child<QPlainTextEdit>(&window, "statusesEdit")->toPlainText(), QStringLiteral("New\nDone"));
-    auto *tabs = child<QTabWidget>(&window, "tabs");
+    QCOMPARE(child<QLineEdit>("taxRateEdit")->text(), QStringLiteral("17.5"));
+    QCOMPARE(child<QLineEdit>("currencyEdit")->text(), QStringLiteral("£"));
+    QVERIFY(child<QRadioButton>("monthFirstRadio")->isChecked());
+    QCOMPARE(child<QPlainTextEdit>("statusesEdit")->toPlainText(), QStringLiteral("New\nDone"));
+    auto *tabs = child<QTabWidget>("tabs");
     QCOMPARE(tabs->tabText(1), QStringLiteral("Jobs"));
     QCOMPARE(tabs->tabText(2), QStringLiteral("Items"));
 
-    QVERIFY(!window.isVisible());
-    prefs.openWindow(nullptr);
-    QVERIFY(window.isVisible());
+    QVERIFY(!m->window.isVisible());
+    m->prefs.openWindow(nullptr);
+    QVERIFY(m->window.isVisible());
 }
 
 void TestPrefsWindow::editsReachTheGettersCancelStoresNothing()
 {
-    PrefsController prefs(&m_app->platform);
-    prefs.readDefaults();
-    PrefsWindow window(&prefs);
-    window.show();
+    showRead();
 
-    auto *currency = child<QLineEdit>(&window, "currencyEdit");
+    auto *currency = child<QLineEdit>("currencyEdit");
     currency->clear();
     QTest::keyClicks(currency, QStringLiteral("$"));
-    auto *termItem = child<QLineEdit>(&window, "termItemEdit");
+    auto *termItem = child<QLineEdit>("termItemEdit");
     termItem->selectAll();
     QTest::keyClicks(termItem, QStringLiteral("Part"));
-    child<QPlainTextEdit>(&window, "contactTypesEdit")->setPlainText(QString());
-    QTest::mouseClick(child<QRadioButton>(&window, "monthFirstRadio"), Qt::LeftButton);
+    child<QPlainTextEdit>("contactTypesEdit")->setPlainText(QString());
+    QTest::mouseClick(child<QRadioButton>("monthFirstRadio"), Qt::LeftButton);
 
-    QCOMPARE(prefs.getCurrency(), QStringLiteral("$"));
-    QCOMPARE(prefs.getTermItem(), QStringLiteral("Part"));
-    QVERIFY(prefs.getContactTypeList().isEmpty());
-    QCOMPARE(prefs.controls().dateFormatColumn, 1);
+    QCOMPARE(m->prefs.getCurrency(), QStringLiteral("$"));
+    QCOMPARE(m->prefs.getTermItem(), QStringLiteral("Part"));
+    QVERIFY(m->prefs.getContactTypeList().isEmpty());
+    QCOMPARE(m->prefs.controls().dateFormatColumn, 1);
 
-    QTest::mouseClick(child<QDialogButtonBox>(&window, "buttonBox")->button(QDialogButtonBox::Cancel), Qt::LeftButton);
-    QVERIFY(!window.isVisible());
+    QTest::mouseClick(child<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Cancel), Qt::LeftButton);
+    QVERIFY(!m->window.isVisible());
     QVERIFY(!stored(QStringLiteral("LedgerwickCurrency")).isValid());
     // What was typed stays in force, and shows again when the window reopens.
-    QCOMPARE(prefs.getCurrency(), QStringLiteral("$"));
-    prefs.openWindow(nullptr);
+    QCOMPARE(m->prefs.getCurrency(), QStringLiteral("$"));
+    m->prefs.openWindow(nullptr);
     QCOMPARE(currency->text(), QStringLiteral("$"));
 }
 
 void TestPrefsWindow::okStoresWhatWasTyped()
 {
-    PrefsController prefs(&m_app->platform);
-    prefs.readDefaults();
-    PrefsWindow window(&prefs);
-    window.show();
+    showRead();
 
-    QTest::mouseClick(child<QRadioButton>(&window, "monthFirstRadio"), Qt::LeftButton);
-    QTest::mouseClick(child<QRadioButton>(&window, "dayFirstRadio"), Qt::LeftButton);
-    child<QPlainTextEdit>(&window, "statusesEdit")->setPlainText(QStringLiteral("Open\nShut"));
+    QTest::mouseClick(child<QRadioButton>("monthFirstRadio"), Qt::LeftButton);
+    QTest::mouseClick(child<QRadioButton>("dayFirstRadio"), Qt::LeftButton);
+    child<QPlainTextEdit>("statusesEdit")->setPlainText(QStringLiteral("Open\nShut"));
 
-    QTest::mouseClick(child<QDialogButtonBox>(&window, "buttonBox")->button(QDialogButtonBox::Ok), Qt::LeftButton);
-    QVERIFY(!window.isVisible());
+    QTest::mouseClick(child<QDialogButtonBox>("buttonBox")->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    QVERIFY(!m->window.isVisible());
     QCOMPARE(stored(QStringLiteral("LedgerwickDateFormat")).toString(), QStringLiteral("0"));
     QCOMPARE(stored(QStringLiteral("LedgerwickStatuses")).toString(), QStringLiteral("Open\nShut"));
     // OK fills the pop-ups, the window's own colour pop-up among them.
-    auto *combo = child<QComboBox>(&window, "colourStatusCombo");
+    auto *combo = child<QComboBox>("colourStatusCombo");
     QCOMPARE(combo->count(), 2);
     QCOMPARE(combo->itemText(1), QStringLiteral("Shut"));
 }
 
 void TestPrefsWindow::databaseButtonsFillTheLocation()
 {
-    PrefsController prefs(&m_app->platform);
-    prefs.readDefaults();
-    PrefsWindow window(&prefs);
-    window.show();
-    auto *location = child<QLineEdit>(&window, "dbLocationEdit");
+    showRead();
+    auto *location = child<QLineEdit>("dbLocationEdit");
 
-    m_app->platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/other.lwkdb"));
-    QTest::mouseClick(child<QPushButton>(&window, "chooseDbButton"), Qt::LeftButton);
+    m->app.platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/other.lwkdb"));
+    click("chooseDbButton");
     QCOMPARE(location->text(), QStringLiteral("/srv/shop/other.lwkdb"));
 
-    m_app->platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/fresh.lwkdb"));
-    QTest::mouseClick(child<QPushButton>(&window, "createDbButton"), Qt::LeftButton);
+    m->app.platform.panelAnswers.enqueue(QStringLiteral("/srv/shop/fresh.lwkdb"));
+    click("createDbButton");
     QCOMPARE(location->text(), QStringLiteral("/srv/shop/fresh.lwkdb"));
 
-    QTest::mouseClick(child<QPushButton>(&window, "defaultDbButton"), Qt::LeftButton);
+    click("defaultDbButton");
     QCOMPARE(location->text(), PrefsController::defaultDbLocation());
 
     location->clear();
     QTest::keyClicks(location, QStringLiteral("~/shop.lwkdb"));
-    QCOMPARE(prefs.getDbLocation(), QStringLiteral("~/shop.lwkdb"));
+    QCOMPARE(m->prefs.getDbLocation(), QStringLiteral("~/shop.lwkdb"));
 }
 
 void TestPrefsWindow::colourPopUpFollowsTheLists()
 {
-    PrefsController prefs(&m_app->platform);
-    PrefsWindow window(&prefs);
-    window.show();
-    auto *combo = child<QComboBox>(&window, "colourStatusCombo");
-    auto *button = child<QPushButton>(&window, "colourButton");
+    m->window.show();
+    auto *combo = child<QComboBox>("colourStatusCombo");
+    auto *button = child<QPushButton>("colourButton");
     QVERIFY(!button->isEnabled()); // nothing to colour before the lists are filled
 
-    prefs.controls().statuses = QStringLiteral("Quote\nOrder");
-    prefs.populateLists();
+    m->prefs.controls().statuses = QStringLiteral("Quote\nOrder");
+    m->prefs.populateLists();
     QCOMPARE(combo->count(), 2);
     QVERIFY(button->isEnabled());
-    prefs.setColorForStatus(QColor(0, 0, 255));
+    m->prefs.setColorForStatus(QColor(0, 0, 255));
 
     combo->setFocus();
     QTest::keyClick(combo, Qt::Key_Down);
-    QCOMPARE(prefs.selectedColourStatus(), QStringLiteral("Order"));
-    QCOMPARE(prefs.wellColour(), QColor(Qt::white));
+    QCOMPARE(m->prefs.selectedColourStatus(), QStringLiteral("Order"));
+    QCOMPARE(m->prefs.wellColour(), QColor(Qt::white));
     QTest::keyClick(combo, Qt::Key_Up);
-    QCOMPARE(prefs.selectedColourStatus(), QStringLiteral("Quote"));
-    QCOMPARE(prefs.wellColour(), QColor(0, 0, 255));
+    QCOMPARE(m->prefs.selectedColourStatus(), QStringLiteral("Quote"));
+    QCOMPARE(m->prefs.wellColour(), QColor(0, 0, 255));
 }
 
 void TestPrefsWindow::notepadEditsTheControllersDocument()
 {
-    auto prefs = std::make_unique<PrefsController>(&m_app->platform);
+    PrefsController *prefs = &m->prefs;
     prefs->readDefaults();
     {
-        NotepadWindow notepad(prefs.get());
+        NotepadWindow notepad(prefs);
         notepad.show();
         QCOMPARE(notepad.windowTitle(), QStringLiteral("Notepad"));
         QTextEdit *editor = notepad.editor();
@@ -200,7 +191,7 @@ void TestPrefsWindow::notepadEditsTheControllersDocument()
     QCOMPARE(prefs->notepad()->toPlainText(), QStringLiteral("Plain bold"));
 
     // A window showing the notepad lets go of it when the controller goes first.
-    auto owner = std::make_unique<PrefsController>(&m_app->platform);
+    auto owner = std::make_unique<PrefsController>(&m->app.platform);
     NotepadWindow orphan(owner.get());
     owner.reset();
     QVERIFY(orphan.editor()->document() != nullptr);

@@ -4,11 +4,9 @@
 #include "support/CliRunner.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QPdfWriter>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextTable>
@@ -78,12 +76,10 @@ void TestRichTextTools::replaceAll()
     QFETCH(QString, text);
     QFETCH(QString, find);
     QFETCH(QString, replacement);
-    QFETCH(QString, expected);
-    QFETCH(int, count);
     QTextDocument document;
     document.setPlainText(text);
-    QCOMPARE(RichTextTools::replaceAll(&document, find, replacement), count);
-    QCOMPARE(document.toPlainText(), expected);
+    QTEST(RichTextTools::replaceAll(&document, find, replacement), "count");
+    QTEST(document.toPlainText(), "expected");
 }
 
 void TestRichTextTools::replaceAllKeepsFormat()
@@ -112,11 +108,8 @@ void TestRichTextTools::replaceAllKeepsFormat()
     QCOMPARE(name.fontWeight(), int(QFont::Bold));
     QCOMPARE(name.foreground().color(), QColor(Qt::red));
     QVERIFY(DocumentSnapshot::formatOf(document, QStringLiteral("Acme")).fontItalic());
-    QVERIFY(!DocumentSnapshot::formatOf(document, QStringLiteral(" Alice.")).fontItalic());
-    const QTextCursor second = document.find(QStringLiteral("Alice"), 10);
-    QTextCursor inSecond(second);
-    inSecond.setPosition(second.selectionStart() + 1);
-    QVERIFY(inSecond.charFormat().fontWeight() < QFont::DemiBold);
+    const QTextCharFormat second = DocumentSnapshot::formatOf(document, QStringLiteral("Alice."));
+    QVERIFY(!second.fontItalic() && second.fontWeight() < QFont::DemiBold);
 }
 
 void TestRichTextTools::replaceInsideTable()

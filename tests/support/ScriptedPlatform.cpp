@@ -12,12 +12,6 @@ QString ScriptedPlatform::openPanel(const Panel &panel)
     return panelAnswers.isEmpty() ? QString() : panelAnswers.dequeue();
 }
 
-QString ScriptedPlatform::savePanel(const Panel &panel)
-{
-    panels.append(panel);
-    return panelAnswers.isEmpty() ? QString() : panelAnswers.dequeue();
-}
-
 bool ScriptedPlatform::openUrl(const QUrl &url)
 {
     openedUrls.append(url);

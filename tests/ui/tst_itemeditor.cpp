@@ -3,6 +3,7 @@
 #include "products/Item.h"
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
+#include "support/Widgets.h"
 #include "ui/ItemEditor.h"
 #include "ui/ItemImageWell.h"
 #include "ui/ItemListControls.h"
@@ -10,13 +11,9 @@
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QLineEdit>
-#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -44,14 +41,8 @@ private Q_SLOTS:
     void theListOpensTheEditorAndFilters();
 
 private:
-    template<typename T> T *control(const QString &name) const
-    {
-        T *widget = m_editor->findChild<T *>(name);
-        if (!widget)
-            qFatal("no control %s", qPrintable(name));
-        return widget;
-    }
-    void press(const char *button) { QTest::mouseClick(control<QPushButton>(QLatin1String(button)), Qt::LeftButton); }
+    template<typename T> T *control(const QString &name) const { return ::control<T>(m_editor, name); }
+    void press(const char *button) { clickButton(m_editor, QLatin1String(button)); }
     void open();
 
     std::unique_ptr<AppFixture> m_app;
@@ -129,39 +120,31 @@ void tst_ItemEditor::boxesAndPopUpsReachTheirFields()
 {
     open();
     ItemEditorState &s = m_items->editorState();
-    const struct
-    {
-        const char *name;
-        bool *field;
-    } boxes[] = {{"decreaseQtyCheck", &s.decreaseQty},
-                 {"exportSitemossCheck", &s.exportSitemoss},
-                 {"hideButtonCodeCheck", &s.hideButtonCode}};
-    for (const auto &box : boxes) {
-        QCheckBox *check = control<QCheckBox>(QLatin1String(box.name));
-        *box.field = !*box.field;
+    const std::pair<const char *, bool *> boxes[] = {{"decreaseQtyCheck", &s.decreaseQty},
+                                                     {"exportSitemossCheck", &s.exportSitemoss},
+                                                     {"hideButtonCodeCheck", &s.hideButtonCode}};
+    for (const auto &[name, field] : boxes) {
+        QCheckBox *check = control<QCheckBox>(QLatin1String(name));
+        *field = !*field;
         m_editor->refresh();
-        QCOMPARE(check->isChecked(), *box.field);
+        QCOMPARE(check->isChecked(), *field);
         check->toggle();
         m_editor->writeBack();
-        QCOMPARE(*box.field, check->isChecked());
+        QCOMPARE(*field, check->isChecked());
     }
-    const struct
-    {
-        const char *name;
-        PopUp *field;
-    } popUps[] = {{"conditionCombo", &s.condition},
-                  {"statusCombo", &s.status},
-                  {"taxCodeCombo", &s.taxCode},
-                  {"quantityMethodCombo", &s.quantityMethod}};
-    for (const auto &popUp : popUps) {
-        QComboBox *combo = control<QComboBox>(QLatin1String(popUp.name));
-        QCOMPARE(combo->count(), popUp.field->entries.size());
-        popUp.field->index = 2;
+    const std::pair<const char *, PopUp *> popUps[] = {{"conditionCombo", &s.condition},
+                                                       {"statusCombo", &s.status},
+                                                       {"taxCodeCombo", &s.taxCode},
+                                                       {"quantityMethodCombo", &s.quantityMethod}};
+    for (const auto &[name, field] : popUps) {
+        QComboBox *combo = control<QComboBox>(QLatin1String(name));
+        QCOMPARE(combo->count(), field->entries.size());
+        field->index = 2;
         m_editor->refresh();
-        QCOMPARE(combo->currentText(), popUp.field->entries.at(2));
+        QCOMPARE(combo->currentText(), field->entries.at(2));
         combo->setCurrentIndex(1);
         m_editor->writeBack();
-        QCOMPARE(popUp.field->index, 1);
+        QCOMPARE(field->index, 1);
     }
     // Each tax code explains itself with the preferences' rate.
     QCOMPARE(control<QComboBox>(u"taxCodeCombo"_s)->itemData(0, Qt::ToolTipRole).toString(),
@@ -233,19 +216,8 @@ void tst_ItemEditor::imageWellTakesDroppedPictures()
     red.fill(Qt::red);
     const QString png = m_app->home(u"red.png"_s);
     QVERIFY(red.save(png));
-    auto drag = [well](const QString &path) {
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(path)});
-        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(well, &enter);
-        if (!enter.isAccepted())
-            return false;
-        QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(well, &drop);
-        return drop.isAccepted();
-    };
-    QVERIFY(!drag(m_app->home(u"none.txt"_s)));
-    QVERIFY(drag(png));
+    QVERIFY(!dropFiles(well, {m_app->home(u"none.txt"_s)}));
+    QVERIFY(dropFiles(well, {png}));
     QCOMPARE(m_items->editorState().image.pixelColor(0, 0), QColor(Qt::red));
     QVERIFY(control<QPushButton>(u"deleteImageButton"_s)->isEnabled());
     press("deleteImageButton");
@@ -271,9 +243,7 @@ void tst_ItemEditor::theListOpensTheEditorAndFilters()
     controls->stockFilter()->setCurrentIndex(0);
 
     QAbstractItemView *view = m_window->viewFor(m_items);
-    const QPoint centre = view->visualRect(view->model()->index(1, 0)).center();
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, centre);
+    clickRow(view, view->model()->index(1, 0));
     QTRY_VERIFY(m_editor->isVisible());
     QCOMPARE(control<QLineEdit>(u"nameEdit"_s)->text(), u"Gadget"_s);
     press("cancelButton");

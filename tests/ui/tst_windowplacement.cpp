@@ -1,6 +1,5 @@
 #include "ui/lwWindowPlacement.h"
 
-#include <QApplication>
 #include <QMainWindow>
 #include <QSettings>
 #include <QTemporaryDir>
