@@ -67,8 +67,12 @@ bool lwKeyResponder::eventFilter(QObject *watched, QEvent *event)
     }
     if (isOpenKey(key)) {
         // Enter opens the selected row, as a double-click does.
-        if (m_owner && m_owner->selectedRow() >= 0)
-            m_owner->edit(this);
+        if (m_owner && m_owner->selectedRow() >= 0) {
+            if (m_open)
+                m_open();
+            else
+                m_owner->edit(this);
+        }
         key->accept();
         return true;
     }

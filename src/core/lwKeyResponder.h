@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+
 class QKeyEvent;
 class lwDataSource;
 
@@ -19,6 +21,9 @@ public:
 
     void setOwner(lwDataSource *owner);
     lwDataSource *owner() const { return m_owner; }
+    // What Enter on a selected row does instead of the owner's edit(), so
+    // that it follows the double-click wherever that is routed.
+    void setOpenAction(std::function<void()> open) { m_open = std::move(open); }
 
     // Answers whether the key was one of the delete keys (and was sent on).
     bool keyDown(QKeyEvent *event);
@@ -34,5 +39,6 @@ protected:
 
 private:
     QPointer<lwDataSource> m_owner;
+    std::function<void()> m_open;
     bool m_forwarding = false;
 };

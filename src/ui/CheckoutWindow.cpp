@@ -146,13 +146,7 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
         auto *shortcut = new QShortcut(key, m_lines, nullptr, nullptr, Qt::WidgetShortcut);
         connect(shortcut, &QShortcut::activated, deleteLine, &QPushButton::click);
     }
-    auto *lineButtons = new QHBoxLayout;
-    for (QPushButton *b : {m_pickMaterial, pickTime, adHoc, deleteLine})
-        lineButtons->addWidget(b);
-    lineButtons->addStretch();
-    auto *linesLayout = new QVBoxLayout(linesBox);
-    linesLayout->addWidget(m_lines);
-    linesLayout->addLayout(lineButtons);
+    layOutLines(linesBox, m_lines, {m_pickMaterial, pickTime, adHoc, deleteLine});
 
     // --- the money ------------------------------------------------------------------------
     auto *money = new QGroupBox(lwTr("Money"), this);

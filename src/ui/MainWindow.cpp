@@ -192,15 +192,18 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
     source->setTableSelection(view->selectionModel());
     // Double-click edits (an order opens in the checkout while the checkout
     // has taken the list over); the delete keys ask the manager to delete.
-    if (source == m_ledgerwick->getOrderManager())
-        connect(view, &QAbstractItemView::doubleClicked, this, [this] {
-            tellController();
-            m_ledgerwick->orderListDoubleClicked();
-        });
-    else
-        connect(view, &QAbstractItemView::doubleClicked, source, [source] { source->edit(nullptr); });
     auto *responder = new lwKeyResponder(view);
     responder->setOwner(source);
+    if (source == m_ledgerwick->getOrderManager()) {
+        const auto open = [this] {
+            tellController();
+            m_ledgerwick->orderListDoubleClicked();
+        };
+        connect(view, &QAbstractItemView::doubleClicked, this, open);
+        responder->setOpenAction(open);
+    } else {
+        connect(view, &QAbstractItemView::doubleClicked, source, [source] { source->edit(nullptr); });
+    }
     view->installEventFilter(responder);
     m_views.insert(source, view);
     return view;

@@ -123,13 +123,7 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     QPushButton *pickTime = button(QStringLiteral("pickTimeButton"), lwTr("Add Time…"));
     QPushButton *adHoc = button(QStringLiteral("adHocButton"), lwTr("Add Line"));
     QPushButton *deleteLine = button(QStringLiteral("deleteLineButton"), lwTr("Delete Line"));
-    auto *lineButtons = new QHBoxLayout;
-    for (QPushButton *b : {m_pickMaterial, pickTime, adHoc, deleteLine})
-        lineButtons->addWidget(b);
-    lineButtons->addStretch();
-    auto *linesLayout = new QVBoxLayout(linesBox);
-    linesLayout->addWidget(m_lines);
-    linesLayout->addLayout(lineButtons);
+    layOutLines(linesBox, m_lines, {m_pickMaterial, pickTime, adHoc, deleteLine});
 
     // --- money ------------------------------------------------------------------------
     auto *money = new QGroupBox(lwTr("Money"), this);

@@ -6,11 +6,13 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QIcon>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QVBoxLayout>
 
 lwEditorWindow::lwEditorWindow(lwEditorManagerBase *manager, QWidget *parent) : QDialog(parent), m_manager(manager)
 {
@@ -122,4 +124,15 @@ void lwEditorWindow::bringToFront()
     // space would press it.
     if (m_firstField)
         m_firstField->setFocus(Qt::OtherFocusReason);
+}
+
+void lwEditorWindow::layOutLines(QWidget *box, QWidget *table, std::initializer_list<QPushButton *> buttons)
+{
+    auto *buttonRow = new QHBoxLayout;
+    for (QPushButton *b : buttons)
+        buttonRow->addWidget(b);
+    buttonRow->addStretch();
+    auto *layout = new QVBoxLayout(box);
+    layout->addWidget(table);
+    layout->addLayout(buttonRow);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+
 #include "core/PopUp.h"
 
 #include <QAbstractButton>
@@ -60,6 +62,8 @@ protected:
     template <class Manager> void connectAction(QAbstractButton *button, Manager *manager, void (Manager::*action)(QObject *));
     // A Help button for the window's button row; it asks for the window's page.
     QPushButton *makeHelpButton();
+    // A lines group: the table above a row of its buttons.
+    static void layOutLines(QWidget *box, QWidget *table, std::initializer_list<QPushButton *> buttons);
     // Writes the controls back, then runs the action.
     void run(const std::function<void()> &action);
 

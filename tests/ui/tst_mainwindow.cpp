@@ -1,3 +1,4 @@
+#include "orders/CheckoutManager.h"
 #include "products/ItemManager.h"
 #include "support/AppFixture.h"
 #include "prefs/Manual.h"
@@ -324,6 +325,20 @@ void TestMainWindow::enterOnARowOpensIt()
     QTest::keyClick(items, Qt::Key_Return);
     QVERIFY(m_items->isEditorShown());
     QCOMPARE(m_items->editorState().code, QStringLiteral("P1"));
+
+    // While the checkout has the orders list, Enter opens an order there, as a double-click does.
+    OrderManager *orders = m_ledgerwick->getOrderManager();
+    CheckoutManager *checkout = m_ledgerwick->getCheckoutManager();
+    auto order = std::make_shared<Order>();
+    order->setOrderNum(QStringLiteral("ORD9"));
+    orders->add(order);
+    m_window->selectTab(QStringLiteral("2"));
+    m_window->viewFor(orders)->setFocus();
+    m_app->select(orders, 0);
+    checkout->setDefaultInterfaceToCheckout(nullptr);
+    QTest::keyClick(m_window->viewFor(orders), Qt::Key_Return);
+    QCOMPARE(checkout->currentItem(), order.get());
+    QVERIFY(!orders->isEditorShown());
 }
 
 void TestMainWindow::editCommandsActOnTheFocusedField()
