@@ -5,6 +5,10 @@
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+#include <immintrin.h>
+#define LW_X86_AVX_CHECK 1
+#endif
 
 #include <algorithm>
 #include <charconv>
@@ -42,10 +46,30 @@ void appendKey(QByteArray &out, const char *indent, std::string_view key)
     out.append("</key>\n");
 }
 
+#ifdef LW_X86_AVX_CHECK
+__attribute__((target("avx"))) void zeroUpperHalves()
+{
+    _mm256_zeroupper();
+}
+#endif
+
 } // namespace
+
+void PropertyListWriter::clearVectorState()
+{
+#ifdef LW_X86_AVX_CHECK
+    // Code run earlier in the process (Qt's start-up among it) can leave the
+    // upper halves of the AVX registers dirty; every SSE instruction then
+    // waits on them, and building the bytes runs several times slower.
+    static const bool avx = __builtin_cpu_supports("avx");
+    if (avx)
+        zeroUpperHalves();
+#endif
+}
 
 PropertyListWriter::PropertyListWriter(std::string_view collectionKey, qsizetype expectedBytes)
 {
+    clearVectorState();
     const QByteArray head = header(collectionKey);
     grow(std::max<qsizetype>(expectedBytes, 4096) + head.size());
     append(std::string_view(head.constData(), size_t(head.size())));
@@ -53,6 +77,7 @@ PropertyListWriter::PropertyListWriter(std::string_view collectionKey, qsizetype
 
 PropertyListWriter::PropertyListWriter(qsizetype expectedBytes)
 {
+    clearVectorState();
     grow(std::max<qsizetype>(expectedBytes, 4096));
 }
 

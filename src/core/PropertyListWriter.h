@@ -75,6 +75,7 @@ public:
     {
         m_used = 0;
         m_replaced = 0;
+        clearVectorState();
     }
     const char *bytes() const { return m_data; }
     // How many characters were written as U+FFFD so far.
@@ -92,6 +93,7 @@ public:
     static void appendEscaped(QByteArray &out, const QString &text);
 
 private:
+    static void clearVectorState();
     // Room for n more bytes at the write position; the buffer grows in large
     // steps and is cut to size by finish().
     char *room(qsizetype n)
