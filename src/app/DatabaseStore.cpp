@@ -23,6 +23,7 @@
 #include <mutex>
 #include <functional>
 #include <thread>
+#include <typeinfo>
 #include <cstring>
 #include <unistd.h>
 
@@ -271,7 +272,10 @@ bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qs
     }();
     const auto &records = collection.records();
     for (qsizetype i = std::max<qsizetype>(from, 0); i < std::min<qsizetype>(to, qsizetype(records.size())); ++i) {
-        const auto *typed = dynamic_cast<const R *>(records[size_t(i)].get());
+        const dataObject *object = records[size_t(i)].get();
+        // The exact type is the common case and cheaper to confirm.
+        const auto *typed =
+            object && typeid(*object) == typeid(R) ? static_cast<const R *>(object) : dynamic_cast<const R *>(object);
         if (!typed)
             continue; // not a record of this file's kind
         const R &record = *typed;
@@ -304,7 +308,7 @@ bool writeRecords(PropertyListWriter &writer, const lwDataSource &collection, qs
                 break;
             case Rule::Flag:
             case Rule::FlagAlways:
-                writer.field(key, std::string_view(field.flag(record) ? "YES" : "NO"));
+                writer.flag(key, field.flag(record));
                 break;
             }
         }
@@ -412,21 +416,31 @@ DatabaseStore::Loaded DatabaseStore::readData(Kind kind, const QByteArray &data)
     return readKind(kind, nullptr, &data);
 }
 
+namespace {
+
+// Roughly the size of a record of each kind, to avoid growing the buffer.
+qsizetype expectedBytes(DatabaseStore::Kind kind, qsizetype records)
+{
+    static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
+    return std::max<qsizetype>(records, 0) * bytesPerRecord[size_t(kind)];
+}
+
+} // namespace
+
 bool DatabaseStore::serialize(Kind kind, const lwDataSource &collection, QByteArray &out, QString *error)
 {
-    QByteArray records;
-    if (!serializeRecords(kind, collection, 0, collection.getCount(), records, error))
+    PropertyListWriter writer(fileOf(kind).collectionKey, expectedBytes(kind, collection.getCount()));
+    if (!writeRecords(kind, collection, 0, collection.getCount(), writer, error))
         return false;
-    out = PropertyListWriter::header(fileOf(kind).collectionKey) + records + PropertyListWriter::footer();
+    writer.finish();
+    out = writer.data();
     return true;
 }
 
 bool DatabaseStore::serializeRecords(Kind kind, const lwDataSource &collection, qsizetype from, qsizetype to,
                                      QByteArray &out, QString *error)
 {
-    // Roughly the size of the records last time, to avoid growing the buffer.
-    static const qsizetype bytesPerRecord[] = {700, 1100, 900, 460, 450, 800};
-    PropertyListWriter writer(std::max<qsizetype>(to - from, 0) * bytesPerRecord[size_t(kind)]);
+    PropertyListWriter writer(expectedBytes(kind, to - from));
     if (!writeRecords(kind, collection, from, to, writer, error))
         return false;
     writer.finishRecords();

@@ -46,11 +46,16 @@ public:
     public:
         explicit Key(std::string_view name);
         std::string_view name() const { return m_name; }
-        std::string_view opening() const { return m_opening; }
+        std::string_view opening() const { return {m_opening.data(), m_length}; }
 
     private:
+        friend class PropertyListWriter;
+        // The mark-up, padded so that it can be copied whole in one fixed-size
+        // move; a longer one (a very long key) is copied by its length.
+        static constexpr size_t kPadded = 64;
         std::string m_name;
         std::string m_opening;
+        size_t m_length = 0;
     };
 
     void beginRecord();
@@ -62,6 +67,8 @@ public:
     void field(const Key &key, const QString &value);
     void field(const Key &key, int value);
     void field(const Key &key, std::string_view asciiValue);
+    // "YES" or "NO".
+    void flag(const Key &key, bool on);
     void endRecord();
     void finish();
     // Ends a writer of records only.
@@ -75,6 +82,7 @@ public:
     {
         m_used = 0;
         m_replaced = 0;
+        clearVectorState();
     }
     const char *bytes() const { return m_data; }
     // How many characters were written as U+FFFD so far.
@@ -92,6 +100,7 @@ public:
     static void appendEscaped(QByteArray &out, const QString &text);
 
 private:
+    static void clearVectorState();
     // Room for n more bytes at the write position; the buffer grows in large
     // steps and is cut to size by finish().
     char *room(qsizetype n)
@@ -110,7 +119,14 @@ private:
     void closeField() { append("</string>\n"); }
     void text(const QString &value);
     void number(int value);
-    static char *encodeEscaped(char *d, const QString &text, qsizetype &replaced);
+    // The longest the escaped text of n UTF-16 units can be ("&amp;").
+    static constexpr qsizetype escapedRoom(qsizetype n) { return 5 * n; }
+    // Writes the n units as UTF-8 with the mark-up characters escaped at d,
+    // which has escapedRoom(n) bytes; answers the end of what was written and
+    // adds the characters written as U+FFFD to `replaced`.
+    static char *encodeEscaped(char *d, const char16_t *s, qsizetype n, qsizetype &replaced);
+    // Copies the key's mark-up to d, which has Key::kPadded bytes of room.
+    static char *putOpening(char *d, const Key &key);
 
     QByteArray m_out;
     char *m_data = nullptr; // m_out's bytes, kept to avoid a detach check per append

@@ -3,8 +3,12 @@
 #include "support/CliRunner.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <algorithm>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,6 +32,59 @@ QByteArray wrap(const QByteArray &body)
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + body + "</plist>\n";
 }
 
+// The writer's escaping rules spelled out plainly: what XML 1.0 cannot hold
+// becomes U+FFFD, the mark-up and carriage returns are escaped, and Qt
+// converts the result to UTF-8.
+QByteArray referenceEscaped(const QString &text, qsizetype &replaced)
+{
+    QString clean;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text.at(i).unicode();
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            clean += text.mid(i++, 2);
+            continue;
+        }
+        const bool allowed =
+            c == u'\t' || c == u'\n' || c == u'\r' || (c >= 0x20 && !QChar::isSurrogate(c) && c < 0xFFFE);
+        replaced += !allowed;
+        clean += allowed ? QChar(c) : QChar(QChar::ReplacementCharacter);
+    }
+    clean.replace(u'&', u"&amp;"_s).replace(u'<', u"&lt;"_s).replace(u'>', u"&gt;"_s).replace(u'\r', u"&#13;"_s);
+    return clean.toUtf8();
+}
+
+// Text made mostly of plain ASCII runs, as record fields are, with every
+// kind of unit the writer treats apart mixed in.
+QString randomText(QRandomGenerator &random)
+{
+    static const char16_t special[] = {
+        u'&', u'<',  u'>',  u'\r', u'\n',  u'\t',  0x00,   0x1F,   0x7F,   0x80,   0xE9,
+        0xFF, 0x100, 0x7FF, 0x800, 0x20AC, 0xD7FF, 0xE000, 0xFFFD, 0xFFFE, 0xFFFF,
+    };
+    const int length = random.bounded(8) == 0 ? random.bounded(200) : random.bounded(40);
+    QString text;
+    while (text.size() < length) {
+        const int pick = random.bounded(100);
+        if (pick < 70) {
+            for (int n = random.bounded(1, 24); n > 0; --n) // a plain ASCII run
+                text += QChar(char16_t(random.bounded(0x20, 0x7F)));
+        } else if (pick < 80) {
+            text += QChar(special[random.bounded(int(std::size(special)))]);
+        } else if (pick < 85) {
+            text += QChar(char16_t(random.bounded(0x20))); // any control
+        } else if (pick < 90) {
+            text += QChar(char16_t(random.bounded(0x80, 0x10000))); // anything in the BMP, surrogates too
+        } else if (pick < 95) {
+            const char32_t beyondBmp = char32_t(random.bounded(0x10000, 0x110000));
+            text += QChar(QChar::highSurrogate(beyondBmp));
+            text += QChar(QChar::lowSurrogate(beyondBmp));
+        } else {
+            text += QChar(char16_t(random.bounded(0xD800, 0xE000))); // a surrogate alone
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 class TestPropertyList : public QObject
@@ -36,6 +93,7 @@ class TestPropertyList : public QObject
 private Q_SLOTS:
     void writesThePlatformsForm();
     void roundTripsAnyText();
+    void escapesAsTheReferenceDoes();
     void readsWhatOtherWritersProduce_data();
     void readsWhatOtherWritersProduce();
     void refusesDamagedFiles_data();
@@ -52,8 +110,10 @@ void TestPropertyList::writesThePlatformsForm()
     writer.field("name", QStringLiteral("Fish & Chips <Ltd> \"Q\""));
     writer.endRecord();
     writer.beginRecord();
-    writer.field("id", QStringLiteral("2"));
-    writer.field("title", QString());
+    writer.field(PropertyListWriter::Key("id"), 2);
+    writer.flag(PropertyListWriter::Key("sent"), false);
+    writer.flag(PropertyListWriter::Key("sold"), true);
+    writer.field(PropertyListWriter::Key("title"), QString());
     writer.endRecord();
     writer.finish();
     const QByteArray expected = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -74,6 +134,10 @@ void TestPropertyList::writesThePlatformsForm()
                                 "\t\t<dict>\n"
                                 "\t\t\t<key>id</key>\n"
                                 "\t\t\t<string>2</string>\n"
+                                "\t\t\t<key>sent</key>\n"
+                                "\t\t\t<string>NO</string>\n"
+                                "\t\t\t<key>sold</key>\n"
+                                "\t\t\t<string>YES</string>\n"
                                 "\t\t\t<key>title</key>\n"
                                 "\t\t\t<string></string>\n"
                                 "\t\t</dict>\n"
@@ -115,6 +179,40 @@ void TestPropertyList::roundTripsAnyText()
     for (qsizetype i = 0; i < values.size(); ++i) {
         QCOMPARE(records.at(i).at(0).first, QStringLiteral("description"));
         QCOMPARE(records.at(i).at(0).second, values.at(i));
+    }
+}
+
+void TestPropertyList::escapesAsTheReferenceDoes()
+{
+    const quint32 seed = QRandomGenerator::global()->generate();
+    QRandomGenerator random(seed);
+    // A short key is copied whole from its padded mark-up, a long one by its length.
+    const PropertyListWriter::Key keys[] = {PropertyListWriter::Key("name"),
+                                            PropertyListWriter::Key(std::string(48, 'k'))};
+    PropertyListWriter writer(qsizetype(0));
+    for (int round = 0; round < 20000; ++round) {
+        const QString made = randomText(random);
+        // In a block of its own size, so that AddressSanitizer sees any read beyond the text.
+        const auto units = std::make_unique<char16_t[]>(size_t(made.size()));
+        std::copy_n(made.utf16(), made.size(), units.get());
+        const QString text = QString::fromRawData(reinterpret_cast<const QChar *>(units.get()), made.size());
+        qsizetype replaced = 0;
+        const QByteArray expected = referenceEscaped(text, replaced);
+        QByteArray escaped("x");
+        PropertyListWriter::appendEscaped(escaped, text);
+        const PropertyListWriter::Key &key = keys[round % 2];
+        writer.restart();
+        writer.field(key, text);
+        const QByteArray field = QByteArray(writer.bytes(), writer.size());
+        const QByteArray expectedField =
+            QByteArray(key.opening().data(), qsizetype(key.opening().size())) + expected + "</string>\n";
+        if (escaped != "x" + expected || field != expectedField || writer.replacedCharacters() != replaced) {
+            const QByteArray units(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+            qWarning("seed %u, text in UTF-16: %s", seed, units.toHex().constData());
+            QCOMPARE(escaped, "x" + expected);
+            QCOMPARE(field, expectedField);
+            QCOMPARE(writer.replacedCharacters(), replaced);
+        }
     }
 }
 
