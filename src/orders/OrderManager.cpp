@@ -595,7 +595,11 @@ void OrderManager::filter(QObject *)
 
 QColor OrderManager::labelColorForRow(int row) const
 {
-    const auto *order = static_cast<const Order *>(getnthVisibleItem(row));
+    return labelColorForOrder(static_cast<const Order *>(getnthVisibleItem(row)));
+}
+
+QColor OrderManager::labelColorForOrder(const Order *order) const
+{
     if (!order)
         return m_clearColour;
     // The settings objects of one process share one cache of the file.

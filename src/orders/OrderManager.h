@@ -107,6 +107,8 @@ public:
     // --- the list -------------------------------------------------------------------------------------------
     void filter(QObject *sender) override;
     QColor labelColorForRow(int row) const override;
+    // The colour the preferences give the order's status, else the clear colour.
+    QColor labelColorForOrder(const Order *order) const;
     QColor clearcolour() const { return m_clearColour; }
 
     // --- attachments ------------------------------------------------------------------------------------------

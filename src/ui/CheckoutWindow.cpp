@@ -365,6 +365,9 @@ void CheckoutWindow::refreshExtras()
     m_taxLabel->setVisible(s.taxShown);
     m_taxAmount->setVisible(s.taxShown);
     m_editContact->setEnabled(s.editContactEnabled);
+    // The lines wear the sale's label colour, as the sale's row does in the orders list.
+    const QColor saleColour = m_manager->labelColorForOrder(m_manager->currentItem());
+    m_lines->setRowColour(saleColour == m_manager->clearcolour() ? QColor() : saleColour);
     const CheckoutState &c = m_manager->checkoutState();
     m_tenderInformative->setText(c.tenderInformativeText);
     // Once tendered, what was handed over stays in sight until the next sale.

@@ -23,6 +23,14 @@ integrityTableView::integrityTableView(QWidget *parent) : QTableView(parent)
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
 }
 
+void integrityTableView::setRowColour(const QColor &colour)
+{
+    if (colour == m_rowColour)
+        return;
+    m_rowColour = colour;
+    viewport()->update();
+}
+
 void integrityTableView::paintEvent(QPaintEvent *event)
 {
     if (model()) {
@@ -32,7 +40,8 @@ void integrityTableView::paintEvent(QPaintEvent *event)
         const int last = rowAt(viewport()->height() - 1);
         const int end = last < 0 ? model()->rowCount() - 1 : last;
         for (int row = first < 0 ? 0 : first; row <= end && first >= 0; ++row) {
-            const QVariant colour = model()->index(row, 0).data(lwDataSource::LabelColorRole);
+            const QVariant colour = m_rowColour.isValid() ? QVariant(m_rowColour)
+                                                          : model()->index(row, 0).data(lwDataSource::LabelColorRole);
             if (!colour.isValid())
                 continue;
             const QRect band(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));

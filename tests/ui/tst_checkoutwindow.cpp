@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -37,6 +38,14 @@ void tst_CheckoutWindow::aSaleAtTheCounter()
     QTest::mouseClick(window.findChild<QPushButton *>(u"adHocButton"_s), Qt::LeftButton);
     QCOMPARE(window.linesTable()->model()->rowCount(), 1);
     QCOMPARE(app.ledgerwick->getOrderManager()->getCount(), 1);
+    // The lines take the sale's status colour from the preferences.
+    QSettings(u"Ledgerwick"_s, u"Ledgerwick"_s)
+        .setValue(u"LedgerwickFlagColours"_s,
+                  QVariantList{QVariantMap{{u"Status"_s, u"Quote"_s}, {u"redComponent"_s, u"1"_s},
+                                           {u"greenComponent"_s, u"0.5"_s}, {u"blueComponent"_s, u"0"_s}}});
+    checkout->currentItem()->setStatus(u"Quote"_s);
+    Q_EMIT checkout->editorStateChanged();
+    QCOMPARE(window.linesTable()->rowColour(), QColor::fromRgbF(1, 0.5f, 0));
 
     checkout->editorState().balance = u"10"_s;
     QTest::mouseClick(window.findChild<QPushButton *>(u"tenderButton"_s), Qt::LeftButton);
