@@ -9,6 +9,7 @@
 #include "prefs/PrefsController.h"
 #include "ui/CustomInvoiceWindow.h"
 #include "ui/integrityTableView.h"
+#include "ui/lwWindowPlacement.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -299,7 +300,10 @@ void CheckoutWindow::buildTenderPanel()
     connect(m_manager, &CheckoutManager::tenderPanelOpened, this, [this, tendered] {
         refresh();
         m_tenderPanel->adjustSize();
+        lwWindowPlacement::centreOver(m_tenderPanel, this);
         m_tenderPanel->open();
+        // Some window managers place a new dialog themselves: ask again once it is mapped.
+        lwWindowPlacement::centreOver(m_tenderPanel, this);
         tendered->setFocus(Qt::OtherFocusReason);
     });
     connect(m_manager, &CheckoutManager::tenderPanelClosed, this, [this] {

@@ -2,6 +2,7 @@
 
 #include "core/Platform.h"
 #include "products/Picker.h"
+#include "ui/lwWindowPlacement.h"
 #include "ui/integrityTableView.h"
 
 #include <QApplication>
@@ -92,6 +93,11 @@ void PickerWindow::showPicker()
     setWindowTitle(m_picker->windowTitle());
     m_searchBox->setText(m_picker->searchText());
     show();
+    if (asking && asking != this) {
+        // Over the window that asked, where the eyes already are; placed once
+        // mapped, since some window managers place a new dialog themselves.
+        lwWindowPlacement::centreOver(this, asking);
+    }
     raise();
     activateWindow();
     m_searchBox->setFocus();

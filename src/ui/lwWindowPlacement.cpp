@@ -92,3 +92,10 @@ void lwWindowPlacement::saveAll()
         if (m_placed.contains(window) && window->isVisible())
             save(window);
 }
+
+void lwWindowPlacement::centreOver(QWidget *window, const QWidget *over)
+{
+    QRect frame = window->frameGeometry();
+    frame.moveCenter(over->frameGeometry().center());
+    window->move(frame.topLeft());
+}

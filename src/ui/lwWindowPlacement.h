@@ -20,6 +20,9 @@ public:
     // free area.
     static QRect fitted(const QRect &wanted, const QRect &available);
 
+    // Moves the window so that its centre is the other window's centre.
+    static void centreOver(QWidget *window, const QWidget *over);
+
     // Keeps the places of all windows shown now.
     void saveAll();
 

@@ -69,6 +69,13 @@ void TestWindowPlacement::aWindowReopensWhereItWasLeft()
     QVERIFY(QTest::qWaitForWindowExposed(&again));
     QCOMPARE(again.geometry(), left);
 
+    // A sheet is put over the middle of the window that asked for it.
+    QWidget sheet;
+    sheet.resize(100, 60);
+    sheet.show();
+    lwWindowPlacement::centreOver(&sheet, &again);
+    QCOMPARE(sheet.frameGeometry().center(), again.frameGeometry().center());
+
     // An unnamed window is not the program's own: nothing is kept for it.
     QMainWindow stranger;
     stranger.show();
