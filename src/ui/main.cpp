@@ -19,6 +19,7 @@
 #include "ui/PrefsWindow.h"
 #include "ui/QtPlatform.h"
 #include "ui/ReportsPanel.h"
+#include "ui/lwTerminationWatcher.h"
 #include "ui/lwWindowPlacement.h"
 
 #include <QApplication>
@@ -109,6 +110,10 @@ int main(int argc, char *argv[])
 
     // Opening a document from the desktop is accepted and ignored: any file
     // arguments are passed over.
+    // Logging out or shutting down quits as the menu does: everything is
+    // saved. A request during start-up is answered once the loop runs.
+    lwTerminationWatcher termination;
+    QObject::connect(&termination, &lwTerminationWatcher::terminationRequested, &window, &QWidget::close);
     ledgerwick.startUp();
     actions->startAlarmChecker();
     return app.exec();
