@@ -366,12 +366,12 @@ void Ledgerwick::checkout()
     m_checkout->editRecord(checkoutOrder());
 }
 
-void Ledgerwick::orderListDoubleClicked()
+void Ledgerwick::openRow(lwDataSource *list)
 {
-    if (m_checkout->listOpensCheckout())
+    if (list == m_orders && m_checkout->listOpensCheckout())
         checkout();
-    else
-        m_orders->edit(this);
+    else if (list)
+        list->edit(nullptr);
 }
 
 QString Ledgerwick::getCurrentContactIdAsString() const

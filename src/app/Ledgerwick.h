@@ -147,9 +147,9 @@ public:
     dataObject *checkoutOrder() const;
     // Opens the checkout on that order.
     void checkout();
-    // A double-click in the orders list: the order editor, or the checkout
-    // while the checkout has taken the list over.
-    void orderListDoubleClicked();
+    // A double-click or Enter on a list's row: its manager's editor, except
+    // that an order opens in the checkout while the checkout has the list.
+    void openRow(lwDataSource *list);
 
     // --- the database -------------------------------------------------------
     // The bundle to read instead of the location preference (the CLI's --db).

@@ -194,16 +194,12 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
     // has taken the list over); the delete keys ask the manager to delete.
     auto *responder = new lwKeyResponder(view);
     responder->setOwner(source);
-    if (source == m_ledgerwick->getOrderManager()) {
-        const auto open = [this] {
-            tellController();
-            m_ledgerwick->orderListDoubleClicked();
-        };
-        connect(view, &QAbstractItemView::doubleClicked, this, open);
-        responder->setOpenAction(open);
-    } else {
-        connect(view, &QAbstractItemView::doubleClicked, source, [source] { source->edit(nullptr); });
-    }
+    const auto open = [this, source] {
+        tellController();
+        m_ledgerwick->openRow(source);
+    };
+    connect(view, &QAbstractItemView::doubleClicked, this, open);
+    responder->setOpenAction(open);
     view->installEventFilter(responder);
     m_views.insert(source, view);
     return view;

@@ -267,7 +267,7 @@ void tst_Checkout::theControllerOpensOrdersInTheCheckout()
     m_app->select(m_orders, 0);
 
     // The list's double-click edits until the checkout comes to the front.
-    l.orderListDoubleClicked();
+    l.openRow(m_orders);
     QVERIFY(m_orders->isEditorShown());
     m_checkout->editRecord(nullptr);
     m_checkout->windowDidBecomeKey();
@@ -275,7 +275,7 @@ void tst_Checkout::theControllerOpensOrdersInTheCheckout()
     QVERIFY(m_checkout->listOpensCheckout());
     l.setFocusedList(m_orders);
     m_app->select(m_orders, 0); // the commit reloaded the list
-    l.orderListDoubleClicked();
+    l.openRow(m_orders);
     QCOMPARE(m_checkout->currentItem(), order.get());
 
     // A customer picked in the checkout shows in its window.
