@@ -8,6 +8,7 @@
 #include "orders/CheckoutManager.h"
 #include "prefs/PrefsController.h"
 #include "ui/CustomInvoiceWindow.h"
+#include "ui/lwHeaderSort.h"
 #include "ui/integrityTableView.h"
 #include "ui/lwWindowPlacement.h"
 
@@ -133,11 +134,7 @@ CheckoutWindow::CheckoutWindow(CheckoutManager *manager, BOMManager *lines, QWid
     for (int i = 0; i < m_bom->columns().size(); ++i)
         m_lines->setColumnWidth(i, m_bom->columns().at(i).width);
     m_bom->setCheckoutManager(m_manager, m_lines->selectionModel());
-    connect(m_lines->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
-        const bool ascending = !m_lines->horizontalHeader()->property("lwAscending").toBool();
-        m_lines->horizontalHeader()->setProperty("lwAscending", ascending);
-        m_bom->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
-    });
+    lwSortOnHeaderClicks(m_lines->horizontalHeader(), m_bom);
     m_pickMaterial = button("pickMaterialButton", lwTr("&Item…"), QKeySequence(Qt::Key_F5));
     QPushButton *pickTime = button("pickTimeButton", lwTr("Ti&me…"), QKeySequence(Qt::Key_F6));
     QPushButton *adHoc = button("adHocButton", lwTr("&Ad-hoc Line"), QKeySequence(Qt::Key_F7));

@@ -13,6 +13,7 @@
 #include "prefs/PrefsController.h"
 #include "ui/HelpWindow.h"
 #include "ui/integrityTableView.h"
+#include "ui/lwHeaderSort.h"
 #include "ui/lwOutlineView.h"
 
 #include <algorithm>
@@ -164,23 +165,14 @@ QWidget *MainWindow::makeList(lwDataSource *source, bool outline)
         }
         for (int i = 0; i < columns.size(); ++i)
             tree->setColumnWidth(i, columns.at(i).width);
-        connect(tree->header(), &QHeaderView::sectionClicked, this, [source, tree](int section) {
-            // Each click flips the order, as the lists always have.
-            const bool ascending = !tree->header()->property("lwAscending").toBool();
-            tree->header()->setProperty("lwAscending", ascending);
-            source->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
-        });
+        lwSortOnHeaderClicks(tree->header(), source);
         view = tree;
     } else {
         auto *table = new integrityTableView;
         table->setModel(source);
         for (int i = 0; i < columns.size(); ++i)
             table->setColumnWidth(i, columns.at(i).width);
-        connect(table->horizontalHeader(), &QHeaderView::sectionClicked, this, [source, table](int section) {
-            const bool ascending = !table->horizontalHeader()->property("lwAscending").toBool();
-            table->horizontalHeader()->setProperty("lwAscending", ascending);
-            source->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
-        });
+        lwSortOnHeaderClicks(table->horizontalHeader(), source);
         view = table;
     }
     view->setObjectName(source->objectName() + QStringLiteral("View"));

@@ -2,6 +2,7 @@
 
 #include "invoices/Stationery.h"
 #include "ui/CustomInvoiceWindow.h"
+#include "ui/lwHeaderSort.h"
 
 #include "core/Platform.h"
 #include "core/lwController.h"
@@ -111,11 +112,7 @@ OrderEditor::OrderEditor(OrderManager *manager, BOMManager *lines, QWidget *pare
     for (int i = 0; i < m_bom->columns().size(); ++i)
         m_lines->setColumnWidth(i, m_bom->columns().at(i).width);
     m_bom->setTableSelection(m_lines->selectionModel());
-    connect(m_lines->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
-        const bool ascending = !m_lines->horizontalHeader()->property("lwAscending").toBool();
-        m_lines->horizontalHeader()->setProperty("lwAscending", ascending);
-        m_bom->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
-    });
+    lwSortOnHeaderClicks(m_lines->horizontalHeader(), m_bom);
     auto *responder = new lwKeyResponder(m_lines);
     responder->setOwner(m_bom);
     m_lines->installEventFilter(responder);

@@ -2,6 +2,7 @@
 
 #include "core/Platform.h"
 #include "products/Picker.h"
+#include "ui/lwHeaderSort.h"
 #include "ui/lwWindowPlacement.h"
 #include "ui/integrityTableView.h"
 
@@ -43,13 +44,7 @@ PickerWindow::PickerWindow(Picker *picker, QWidget *parent) : QDialog(parent), m
 
     // Programmatic changes of the field (clearing it on open) do not filter.
     connect(m_searchBox, &QLineEdit::textEdited, picker, [picker](const QString &text) { picker->filter(text); });
-    connect(m_table->horizontalHeader(), &QHeaderView::sectionClicked, picker, [this, picker](int section) {
-        // Each click flips the order, as in every list.
-        QHeaderView *header = m_table->horizontalHeader();
-        const bool ascending = !header->property("lwAscending").toBool();
-        header->setProperty("lwAscending", ascending);
-        picker->sort(section, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
-    });
+    lwSortOnHeaderClicks(m_table->horizontalHeader(), picker);
     connect(m_table, &QAbstractItemView::doubleClicked, picker, [picker] { picker->finish(nullptr); });
     connect(m_buttons, &QDialogButtonBox::accepted, picker, [picker] { picker->finish(nullptr); });
     // Cancel, Escape and the close button all end in reject().
