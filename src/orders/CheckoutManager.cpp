@@ -202,10 +202,16 @@ void CheckoutManager::moveSaleIntoOrders()
     m_checkout.windowEdited = true;
 }
 
+OrderManager *CheckoutManager::pickerOwner()
+{
+    // The order manager's pickers put their answer into the sale it has in hand.
+    return m_orders ? m_orders.data() : this;
+}
+
 void CheckoutManager::checkoutSelectContact(QObject *sender)
 {
     moveSaleIntoOrders();
-    (m_orders ? m_orders.data() : this)->pickContact(sender);
+    pickerOwner()->pickContact(sender);
 }
 
 void CheckoutManager::checkoutNewContact(QObject *sender)
@@ -218,13 +224,13 @@ void CheckoutManager::checkoutNewContact(QObject *sender)
 void CheckoutManager::checkoutSelectItem(QObject *sender)
 {
     moveSaleIntoOrders();
-    (m_orders ? m_orders.data() : this)->pickMaterial(sender);
+    pickerOwner()->pickMaterial(sender);
 }
 
 void CheckoutManager::checkoutSelectTime(QObject *sender)
 {
     moveSaleIntoOrders();
-    (m_orders ? m_orders.data() : this)->pickTime(sender);
+    pickerOwner()->pickTime(sender);
 }
 
 void CheckoutManager::checkoutCreateAdhoc(QObject *)

@@ -92,6 +92,7 @@ protected:
 private:
     // A sale still being created joins the orders, and the window counts as edited.
     void moveSaleIntoOrders();
+    OrderManager *pickerOwner();
     // The money follows the lines of the sale as they change.
     void linesChanged();
     // Save, Don't Save or Cancel: 0, 1 or 2.
